@@ -1,0 +1,54 @@
+#include "launcher/base/GenericDeque.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace vessant {
+
+GenericDeque::~GenericDeque() {
+  clear();
+  std::free(entries_);
+}
+
+DequeEntry* GenericDeque::entryAt(std::int32_t index) const {
+  return isValidIndex(index) ? entries_[index] : nullptr;
+}
+
+void GenericDeque::insertEntry(std::int32_t index, std::unique_ptr<DequeEntry>&& entry) {
+  if (index >= 0 && !isValidIndex(index)) return;
+  const std::int32_t place = index < 0 ? count_ : index;
+  makeRoom();
+  DequeEntry** slot = entries_ + place;
+  std::memmove(slot + 1, slot, static_cast<std::size_t>(count_ - place) * sizeof(*slot));
+  *slot = entry.release();
+  ++count_;
+}
+
+void GenericDeque::removeAt(std::int32_t index) {
+  if (!isValidIndex(index)) return;
+  DequeEntry** slot = entries_ + index;
+  delete *slot;
+  --count_;
+  std::memmove(slot, slot + 1, static_cast<std::size_t>(count_ - index) * sizeof(*slot));
+  entries_[count_] = nullptr;
+}
+
+void GenericDeque::clear() {
+  for (std::int32_t i = 0; i < count_; ++i) {
+    delete entries_[i];
+    entries_[i] = nullptr;
+  }
+  count_ = 0;
+}
+
+void GenericDeque::makeRoom() {
+  if (capacity_ > count_) return;
+  const std::int32_t capacity = capacity_ + growthStep_;
+  void* slots = std::realloc(entries_, static_cast<std::size_t>(capacity) * sizeof(DequeEntry*));
+  if (slots == nullptr) throw std::bad_alloc();
+  entries_ = static_cast<DequeEntry**>(slots);
+  capacity_ = capacity;
+}
+
+}  // namespace vessant

@@ -1,0 +1,35 @@
+// Questions on paths and the one separator of this platform.
+#pragma once
+
+#include <string_view>
+
+#include "launcher/base/SString.h"
+
+namespace vessant {
+
+inline constexpr char kPathSeparator = '/';
+/// What lies between the paths of an environment variable such as PATH.
+inline constexpr char kPathListSeparator = ':';
+
+/// Appends a separator unless `path` is empty or ends in one.
+void ensureTrailingSeparator(SString& path);
+/// `directory`, a separator unless it is empty or ends in one, and `name`.
+[[nodiscard]] SString joinPath(SString directory, std::string_view name);
+
+/// The part before the last "/" or "\", without it; empty when there is neither. The backslash
+/// counts because scripts may carry paths that were written on another system.
+[[nodiscard]] SString directoryOf(const SString& path);
+/// The part behind the last "/" or "\"; the whole path when there is neither.
+[[nodiscard]] SString fileNameOf(const SString& path);
+
+/// True when stat succeeds for the path.
+[[nodiscard]] bool fileExists(const SString& path);
+/// True when the path leads to a directory.
+[[nodiscard]] bool isDirectory(const SString& path);
+
+/// The current directory, or the empty text when it cannot be told in 1023 bytes.
+[[nodiscard]] SString currentDirectory();
+/// `path` itself when it begins with "/", else the current directory joined with it.
+[[nodiscard]] SString absolutePath(const SString& path);
+
+}  // namespace vessant

@@ -1,0 +1,102 @@
+#include "launcher/base/TextUtil.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+#include <optional>
+
+namespace vessant {
+namespace {
+
+constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+
+bool isDigit(char character) {
+  return '0' <= character && character <= '9';
+}
+
+/// The magnitude of the digits at the start of `digits`, clamped to 64 bits.
+std::int64_t readDigits(std::string_view digits) {
+  std::int64_t value = 0;
+  for (const char character : digits) {
+    if (!isDigit(character)) break;
+    const int digit = character - '0';
+    if (value > (kLargest - digit) / 10) return kLargest;
+    value = value * 10 + digit;
+  }
+  return value;
+}
+
+std::optional<std::int64_t> scanNumber(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && isWideSpaceChar(text[i])) ++i;
+  const bool negative = i < text.size() && text[i] == '-';
+  if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
+  if (i == text.size() || !isDigit(text[i])) return std::nullopt;
+  const std::int64_t magnitude = readDigits(text.substr(i));
+  if (!negative) return magnitude;
+  return magnitude == kLargest ? std::numeric_limits<std::int64_t>::min() : -magnitude;
+}
+
+}  // namespace
+
+bool isSpaceChar(char character) {
+  return kWhitespace.find(character) != std::string_view::npos;
+}
+
+bool isWideSpaceChar(char character) {
+  return isSpaceChar(character) || character == '\v' || character == '\f';
+}
+
+void trim(SString& text, std::string_view set) {
+  const SString::Size last = text.findLastNotOf(set);
+  if (last == SString::npos) {
+    text.erase();
+    return;
+  }
+  text.erase(last + 1);
+  text.erase(0, text.findFirstNotOf(set));
+}
+
+SString trimmed(SString text, std::string_view set) {
+  trim(text, set);
+  return text;
+}
+
+SString::Size endsWith(const SString& text, std::string_view suffix) {
+  if (!text.view().ends_with(suffix)) return SString::npos;
+  return text.length() - static_cast<SString::Size>(suffix.size());
+}
+
+SString withoutOuterQuotes(SString text) {
+  if (text.view().starts_with('"')) text.erase(0, 1);
+  if (text.view().ends_with('"')) text.erase(text.length() - 1);
+  return text;
+}
+
+SString quoted(std::string_view text) {
+  return SString("\"") + text + "\"";
+}
+
+SString longToString(std::int64_t number) {
+  char digits[24];
+  const int length = std::snprintf(digits, sizeof(digits), "%ld", static_cast<long>(number));
+  return std::string_view(digits, static_cast<std::size_t>(length));
+}
+
+bool stringToLong(const SString& text, std::int32_t& number) {
+  const std::optional<std::int64_t> scanned = scanNumber(text);
+  if (!scanned) return false;
+  number = static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(*scanned, std::numeric_limits<std::int32_t>::min(),
+                               std::numeric_limits<std::int32_t>::max()));
+  return true;
+}
+
+bool stringToShort(const SString& text, std::int16_t& number) {
+  const std::optional<std::int64_t> scanned = scanNumber(text);
+  if (!scanned) return false;
+  number = static_cast<std::int16_t>(static_cast<std::uint64_t>(*scanned) & 0xFFFFU);
+  return true;
+}
+
+}  // namespace vessant

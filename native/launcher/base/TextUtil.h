@@ -1,0 +1,40 @@
+// Small questions and changes on texts. All classification is by ASCII, whatever the locale.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "launcher/base/SString.h"
+
+namespace vessant {
+
+/// The characters that count as whitespace in every file format of the launcher.
+inline constexpr std::string_view kWhitespace = " \t\n\r";
+
+/// True for tab, newline, carriage return and blank.
+[[nodiscard]] bool isSpaceChar(char character);
+/// True for those and for vertical tab and form feed, as C's isspace.
+[[nodiscard]] bool isWideSpaceChar(char character);
+
+/// Removes the characters of `set` from the end and the start of `text`.
+void trim(SString& text, std::string_view set = kWhitespace);
+[[nodiscard]] SString trimmed(SString text, std::string_view set = kWhitespace);
+
+/// Where `suffix` starts when `text` ends with it, else SString::npos.
+[[nodiscard]] SString::Size endsWith(const SString& text, std::string_view suffix);
+
+/// `text` without one double quote at each end, each taken off independently.
+[[nodiscard]] SString withoutOuterQuotes(SString text);
+/// `text` between two double quotes; quotes inside stand as they are.
+[[nodiscard]] SString quoted(std::string_view text);
+
+/// The decimal text of a number.
+[[nodiscard]] SString longToString(std::int64_t number);
+/// Reads a decimal number at the start of `text` as scanf's "%ld" would on a machine whose long has
+/// 32 bits: leading whitespace and trailing text are accepted, too large a number becomes the
+/// nearest one that fits. Returns whether there was a number; `number` is untouched if not.
+[[nodiscard]] bool stringToLong(const SString& text, std::int32_t& number);
+/// The same as scanf's "%hd" does: the low 16 bits of the number.
+[[nodiscard]] bool stringToShort(const SString& text, std::int16_t& number);
+
+}  // namespace vessant

@@ -1,0 +1,60 @@
+#include "launcher/base/UnicodeEscapes.h"
+
+#include <climits>
+#include <cstdlib>
+#include <cwchar>
+#include <optional>
+
+namespace vessant {
+namespace {
+
+constexpr SString::Size kEscapeLength = 6;  // \uXXXX
+constexpr SString::Size kDigits = 4;
+constexpr int kHexadecimal = 16;
+
+/// The character of the escape at `position`, or none when there is no escape.
+std::optional<std::uint32_t> escapeAt(const SString& text, SString::Size position) {
+  if (text.length() - position < kEscapeLength || text.at(position) != '\\') return std::nullopt;
+  const char mark = text.at(position + 1);
+  if (mark != 'u' && mark != 'U') return std::nullopt;
+  char digits[kDigits + 1] = {};
+  text.copy(digits, kDigits, position + 2);
+  char* end = nullptr;
+  const unsigned long code = std::strtoul(digits, &end, kHexadecimal);
+  if (end == digits) return std::nullopt;
+  return static_cast<std::uint32_t>(code);
+}
+
+void appendCharacter(SString& text, wchar_t character) {
+  char bytes[MB_LEN_MAX];
+  const int length = std::wctomb(bytes, character);
+  if (length <= 0) {
+    text += '?';
+  } else {
+    text.append(std::string_view(bytes, static_cast<std::size_t>(length)));
+  }
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> decodeUnicodeEscapes(const SString& text) {
+  std::vector<std::uint32_t> codes(text.length() + std::size_t{1}, 0);
+  std::size_t filled = 0;
+  for (SString::Size i = 0; i < text.length();) {
+    const std::optional<std::uint32_t> escape = escapeAt(text, i);
+    codes[filled++] = escape.value_or(static_cast<unsigned char>(text.at(i)));
+    i += escape ? kEscapeLength : 1;
+  }
+  return codes;
+}
+
+SString wideToText(const std::vector<std::uint32_t>& codes) {
+  SString text;
+  for (const std::uint32_t code : codes) {
+    if (code == 0) break;
+    appendCharacter(text, static_cast<wchar_t>(code));
+  }
+  return text;
+}
+
+}  // namespace vessant
