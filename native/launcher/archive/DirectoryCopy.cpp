@@ -1,0 +1,120 @@
+#include "launcher/archive/DirectoryCopy.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "launcher/base/DirStream.h"
+#include "launcher/base/Exceptions.h"
+#include "launcher/base/PathUtil.h"
+#include "launcher/base/UniqueFd.h"
+
+namespace vessant {
+namespace {
+
+constexpr std::size_t kBlockSize = 4096;
+constexpr int kFailed = -1;
+
+/// A link is its own kind of entry, so that no cycle of links is followed.
+mode_t modeOf(const SString& path) {
+  struct stat status = {};
+  return ::lstat(path.cString(), &status) == 0 ? status.st_mode : 0;
+}
+
+bool writeAll(int fd, const char* bytes, std::size_t count) {
+  while (count > 0) {
+    const ssize_t written = ::write(fd, bytes, count);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes += written;
+    count -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+bool copyContents(int source, int target) {
+  char block[kBlockSize];
+  while (true) {
+    const ssize_t read = ::read(source, block, sizeof(block));
+    if (read == 0) return true;
+    if (read < 0 && errno == EINTR) continue;
+    if (read < 0 || !writeAll(target, block, static_cast<std::size_t>(read))) return false;
+  }
+}
+
+bool prepareTarget(const SString& source, const SString& target) {
+  const mode_t permissions = modeOf(source) & ALLPERMS;
+  if (isDirectory(target)) return ::chmod(target.cString(), permissions) == 0;
+  return ::mkdir(target.cString(), permissions) == 0;
+}
+
+int copyEntry(const SString& source, const SString& target, LogSink& log) {
+  const mode_t mode = modeOf(source);
+  if (S_ISDIR(mode)) return copyDirectory(source, target, log);
+  if (!S_ISREG(mode)) return 0;
+  const int result = copyFile(source, target);
+  if (result == kFailed) log.log("Error while copying file", LogLevel::Information);
+  return result;
+}
+
+}  // namespace
+
+TreeSize directorySize(const SString& directory) {
+  TreeSize size;
+  const DirStream stream = openDirectory(directory);
+  if (stream == nullptr) return size;
+  while (const dirent* entry = nextEntry(stream)) {
+    const SString path = directory + "/" + entry->d_name;
+    struct stat status = {};
+    if (::lstat(path.cString(), &status) != 0) continue;
+    if (S_ISDIR(status.st_mode)) {
+      const TreeSize below = directorySize(path);
+      size.bytes += below.bytes;
+      size.files += below.files;
+    } else if (S_ISREG(status.st_mode)) {
+      size.bytes += static_cast<std::uint64_t>(status.st_size);
+      ++size.files;
+    }
+  }
+  return size;
+}
+
+int copyFile(const SString& source, const SString& target) {
+  const UniqueFd from(::open(source.cString(), O_RDONLY | O_CLOEXEC));
+  if (!from.isOpen()) return kFailed;
+  struct stat status = {};
+  if (::fstat(from.get(), &status) != 0) return kFailed;
+  const mode_t permissions = status.st_mode & ALLPERMS;
+  const UniqueFd to(::open(target.cString(), O_WRONLY | O_CREAT | O_CLOEXEC, permissions));
+  if (!to.isOpen() || !copyContents(from.get(), to.get())) return kFailed;
+  return ::fchmod(to.get(), permissions) == 0 ? 0 : kFailed;
+}
+
+int copyDirectory(const SString& source, const SString& target, LogSink& log) {
+  if (!prepareTarget(source, target)) return kFailed;
+  const DirStream stream = openDirectory(source);
+  if (stream == nullptr) return kFailed;
+  while (const dirent* entry = nextEntry(stream)) {
+    const int result =
+        copyEntry(joinPath(source, entry->d_name), joinPath(target, entry->d_name), log);
+    if (result == kFailed) return kFailed;
+  }
+  return 0;
+}
+
+void copyDirectoryChecked(const SString& source, const SString& target,
+                          const RunServices& services) {
+  services.log("COPYING THE DIR");
+  const TreeSize size = directorySize(source);
+  if (!services.platform.hasFreeSpace(target, static_cast<std::uint32_t>(size.bytes),
+                                      static_cast<std::uint32_t>(size.files))) {
+    throw LauncherException(services.messages.errorText(ErrorId::TempSpaceHint));
+  }
+  if (copyDirectory(source, target, services.logSink) == kFailed) {
+    throw LauncherException(services.messages.errorText(ErrorId::WriteFailed));
+  }
+}
+
+}  // namespace vessant

@@ -1,0 +1,47 @@
+#include "launcher/archive/FileIndexEntry.h"
+
+#include "launcher/base/BinaryReader.h"
+#include "launcher/base/Exceptions.h"
+
+namespace vessant {
+namespace {
+
+FileType readType(std::FILE* stream) {
+  const int byte = std::getc(stream);
+  if (byte == EOF || byte > kLastFileType) {
+    throw LauncherException("Invalid file type in file index.");
+  }
+  return static_cast<FileType>(byte);
+}
+
+/// A name ends early at a newline or at the end of the file; that is no error.
+SString readName(std::FILE* stream, std::int16_t length) {
+  SString name;
+  for (int i = 0; i < length; ++i) {
+    const int byte = std::getc(stream);
+    if (byte == EOF || byte == '\n') break;
+    name += static_cast<char>(byte);
+  }
+  return name;
+}
+
+}  // namespace
+
+bool isTagFileType(const FileIndexEntry& entry) {
+  return entry.type == FileType::Instructions || entry.type == FileType::JvmFile ||
+         entry.type == FileType::LaunchScript;
+}
+
+void readFileIndexEntry(FileIndexEntry& entry, std::FILE* stream) {
+  entry.type = readType(stream);
+  entry.fileId = readInt32(stream, "Unable to load file id.");
+  entry.length = readInt32(stream, "Unable to load file length.");
+  entry.offset = readInt32(stream, "Unable to load offset to file bytes.");
+  entry.fileName = readName(stream, readInt16(stream, "Unable to load the string value."));
+  entry.hasSizeInformation = std::getc(stream) == kHasSizeInformation;
+  if (!entry.hasSizeInformation) return;
+  entry.expandedFileCount = readInt32(stream, "Unable to load decompressed file count.");
+  entry.expandedSize = readInt32(stream, "Unable to load decompressed size.");
+}
+
+}  // namespace vessant

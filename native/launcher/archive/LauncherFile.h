@@ -1,0 +1,58 @@
+// The launcher file's index, read once a run.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+
+#include "launcher/archive/FileIndexEntry.h"
+#include "launcher/base/LogSink.h"
+#include "launcher/base/MessageSource.h"
+#include "launcher/base/SString.h"
+
+namespace vessant {
+
+/// Makes the objects that embedded tag files describe. The rooms above implement it: this one knows
+/// the files but not what is built from them. The tag files belong to the index entries and outlive
+/// the objects. An operation may throw InstructionsException.
+class EmbeddedObjectBuilder {
+ public:
+  virtual ~EmbeddedObjectBuilder() = default;
+  virtual void addJvmFile(TagFile& tags) = 0;
+  [[nodiscard]] virtual bool hasInstructions() const = 0;
+  virtual void setInstructions(TagFile& tags) = 0;
+  [[nodiscard]] virtual bool hasLaunchScript() const = 0;
+  virtual void setLaunchScript(TagFile& tags) = 0;
+};
+
+class LauncherFile {
+ public:
+  LauncherFile() = default;
+  LauncherFile(const LauncherFile&) = delete;
+  LauncherFile& operator=(const LauncherFile&) = delete;
+
+  /// Reads the index of the file at `path` and lists it in the log; with a builder, also makes the
+  /// embedded objects. Only the first successful call does anything. A file without the
+  /// identification value has no appended files, which is no error.
+  /// Throws LauncherException for every other flaw of the format.
+  void loadFileIndex(const SString& path, EmbeddedObjectBuilder* builder, LogSink& log,
+                     const MessageSource& messages);
+
+  [[nodiscard]] bool isLoaded() const { return loaded_; }
+  [[nodiscard]] const FileIndexEntryPtrDeque& index() const { return index_; }
+  /// The first entry with the id or of the type, or null.
+  [[nodiscard]] FileIndexEntry* findById(std::uint32_t fileId) const;
+  [[nodiscard]] FileIndexEntry* findByType(FileType type) const;
+
+ private:
+  bool readIndex(std::FILE* stream);
+  void readEntries(std::FILE* stream);
+  void logListing(LogSink& log) const;
+  void buildObjects(std::FILE* stream, EmbeddedObjectBuilder& builder, LogSink& log,
+                    const MessageSource& messages);
+
+  FileIndexEntryPtrDeque index_;
+  bool loaded_ = false;
+  bool objectsBuilt_ = false;
+};
+
+}  // namespace vessant

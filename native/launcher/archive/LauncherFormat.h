@@ -1,0 +1,43 @@
+// The layout of a launcher file: an executable with files behind it.
+//
+//     the executable
+//     the bytes of the appended files
+//     the file index                         at the index offset
+//     the mode byte                          1 byte
+//     the trailer: index offset, 4 bytes; identification value, 4 bytes
+//
+// The index is a file count (4 bytes) and that many entries:
+//
+//     type 1, id 4, length 4, offset 4, name length 2, name,
+//     size-information flag 1, and when that is 1: expanded file count 4, expanded size 4
+//
+// All numbers are big-endian on every machine.
+#pragma once
+
+#include <cstdint>
+
+namespace vessant {
+
+/// What an appended file is.
+enum class FileType : std::int32_t {
+  Instructions = 0,
+  JvmFile = 1,
+  LaunchScript = 2,
+  ClassPathArchive = 3,
+  JvmInstaller = 4,
+  VerificationClass = 5,
+  ApplicationArchive = 6,
+  EmbeddedLauncher = 7,
+};
+
+inline constexpr int kLastFileType = 7;
+/// The last four bytes of a launcher file that carries files.
+inline constexpr std::uint32_t kIdentification = 0xCA82CA82;
+/// Bytes from the start of the trailer to the end of the file.
+inline constexpr int kTrailerSize = 8;
+/// Bytes from the mode byte to the end of the file.
+inline constexpr int kModeByteDistance = kTrailerSize + 1;
+/// The value of the size-information flag that announces two more fields.
+inline constexpr int kHasSizeInformation = 1;
+
+}  // namespace vessant
