@@ -1,0 +1,59 @@
+#include "launcher/linux/LinuxPlatformImpl.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include <unistd.h>
+
+#include "launcher/base/StringDeque.h"
+#include "launcher/linux/ChildProcess.h"
+#include "launcher/linux/CommandLine.h"
+#include "launcher/linux/DiskSpace.h"
+
+namespace vessant {
+namespace {
+
+/// Becomes the command. Returns only when that failed.
+void replaceProcess(const SString& command) {
+  StringDeque arguments;
+  splitCommandLine(arguments, command);
+  if (arguments.isEmpty()) return;
+  std::vector<char*> vector;
+  for (const SString& argument : arguments) {
+    vector.push_back(const_cast<char*>(argument.cString()));  // execvp changes none of them
+  }
+  vector.push_back(nullptr);
+  ::execvp(vector.front(), vector.data());
+}
+
+}  // namespace
+
+std::int32_t LinuxPlatformImpl::executeCommand(const ChildCommand& command,
+                                               ProgressSink& progress) {
+  // What is still in the buffer belongs ahead of the child's output, and must not be written twice.
+  std::fflush(stdout);
+  if (command.replaceProcess) {
+    replaceProcess(command.command);
+    return 0;
+  }
+  return runChildProcess(command, progress);
+}
+
+SString LinuxPlatformImpl::getEnvironmentVariable(const SString& name) const {
+  return std::getenv(name.cString());
+}
+
+void LinuxPlatformImpl::setEnvironmentVariable(const SString& name, const SString& value) {
+  if (name.isEmpty()) return;
+  char* setting = ::strdup((name + "=" + value).cString());
+  if (setting != nullptr) ::putenv(setting);
+}
+
+bool LinuxPlatformImpl::hasFreeSpace(const SString& directory, std::uint32_t byteCount,
+                                     std::uint32_t fileCount) const {
+  return fitsOnDisk(byteCount, fileCount, queryDiskSpace(directory));
+}
+
+}  // namespace vessant
