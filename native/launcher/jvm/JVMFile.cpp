@@ -1,0 +1,23 @@
+#include "launcher/jvm/JVMFile.h"
+
+namespace vessant {
+namespace {
+
+constexpr char kTagDelimiter = '@';
+
+}  // namespace
+
+/// A backslash at the end of a home would escape the quote behind it. A slash does no harm.
+void JVMFile::handleMacro(SString& text, char /*delimiter*/, SString::Size start,
+                          SString::Size& end) {
+  const SString name = macroName(text, start, end);
+  SString value = tag(name);
+  if (name == jvmtag::kHome && value.view().ends_with('\\')) value.erase(value.length() - 1);
+  text.replace(start, end - start + 1, value);
+}
+
+SString expandJVMMacros(JVMFile& jvmFile, const SString& text) {
+  return expandMacros(text, jvmFile, kTagDelimiter);
+}
+
+}  // namespace vessant

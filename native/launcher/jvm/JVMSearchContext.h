@@ -1,0 +1,28 @@
+// What verifying and searching Java homes needs from the run. The driver fills it once.
+#pragma once
+
+#include "launcher/base/SString.h"
+
+namespace vessant {
+
+struct LaunchContext;
+
+struct JVMSearchContext {
+  LaunchContext& launch;
+  /// The Java home that the user named; empty when there is none.
+  const SString& javaHome;
+  /// True when the installer is spread over several media: a JVM found next to the launcher is then
+  /// used from the first medium.
+  bool mediaSpanned = false;
+  /// Where the whole-disk search and absolute path hints start.
+  SString fileSystemRoot = "/";
+};
+
+/// The class that a candidate JVM runs to show what it is. Both texts go into a command line as
+/// they stand and bring their own double quotes.
+struct VerificationClass {
+  SString classPath;
+  SString className;
+};
+
+}  // namespace vessant

@@ -1,0 +1,166 @@
+#include "launcher/launch/LaunchScript.h"
+
+#include "launcher/base/PathUtil.h"
+#include "launcher/base/TextUtil.h"
+#include "launcher/launch/FunctionArguments.h"
+#include "launcher/launch/MacroFunctions.h"
+
+namespace vessant {
+namespace {
+
+constexpr const char* kJavaHome = "JAVA_HOME";
+constexpr char kFunctionDelimiter = '%';
+constexpr char kEnvironmentDelimiter = '#';
+
+/// Each argument reaches the command line in double quotes.
+void appendArguments(SString& command, const StringDeque& arguments) {
+  for (const SString& argument : arguments) {
+    command.append(" \"");
+    for (const char character : argument.view()) {
+      if (character == '"') command += '\\';
+      command += character;
+    }
+    command += '"';
+  }
+}
+
+/// Applies one setting of the form NAME=value; the value may be missing.
+void applySetting(const SString& setting, Platform& platform) {
+  const SString text = trimmed(setting);
+  if (text.isEmpty()) return;
+  const SString::Size equals = text.find('=');
+  if (equals == SString::npos) return platform.setEnvironmentVariable(text, "");
+  platform.setEnvironmentVariable(trimmed(text.substr(0, equals)),
+                                  trimmed(text.substr(equals + 1)));
+}
+
+/// The directory must not change when the path holds no "/".
+SString runningDirectory(const SString& launcherFile) {
+  const SString::Size separator = launcherFile.rfind("/");
+  return separator == SString::npos ? launcherFile : launcherFile.substr(0, separator);
+}
+
+/// Notes the JVM file for as long as macros may ask for it.
+class JvmFileInUse {
+ public:
+  JvmFileInUse(JVMFile*& slot, JVMFile& jvmFile) : slot_(slot) { slot_ = &jvmFile; }
+  JvmFileInUse(const JvmFileInUse&) = delete;
+  JvmFileInUse& operator=(const JvmFileInUse&) = delete;
+  ~JvmFileInUse() { slot_ = nullptr; }
+
+ private:
+  JVMFile*& slot_;
+};
+
+}  // namespace
+
+LaunchScript::LaunchScript(const TagFile& tags, bool captureOutput, LaunchContext& context)
+    : context_(context),
+      command_(tags.getValue("COMMAND")),
+      captureOutput_(captureOutput),
+      displayConsole_(tags.getBoolean("DISPLAY_CONSOLE", false)),
+      autoSetWorkingDir_(tags.getBoolean("AUTO_SET_WORKING_DIR", true)),
+      includeArchives_(true),
+      description_(tags.getValue("DESC")),
+      archive_(tags.getValue("ARCHIVE")) {}
+
+LaunchScript::LaunchScript(const SString& command, bool captureOutput, bool includeArchives,
+                           LaunchContext& context)
+    : context_(context),
+      command_(command),
+      captureOutput_(captureOutput),
+      includeArchives_(includeArchives) {}
+
+/// The order is fixed: the value of a function may hold the macros of the later passes, and the
+/// value of an environment variable is never expanded further.
+SString LaunchScript::resolveCommand(JVMFile& jvmFile) {
+  const JvmFileInUse inUse(jvmFile_, jvmFile);
+  expandingArchive_ = false;
+  const SString withFunctions = expandMacros(command_, *this, kFunctionDelimiter);
+  const SString withTags = expandJVMMacros(jvmFile, withFunctions);
+  return expandMacros(withTags, *this, kEnvironmentDelimiter);
+}
+
+std::int32_t LaunchScript::execute(JVMFile& jvmFile, const StringDeque* passThroughArguments,
+                                   bool javaConsole) {
+  Platform& platform = context_.services.platform;
+  SString command = resolveCommand(jvmFile);
+  const SString directory = workingDirectory();
+  if (passThroughArguments != nullptr) appendArguments(command, *passThroughArguments);
+  context_.services.log("Executing launch script command: " + command +
+                        (autoSetWorkingDir_ ? " in working directory " + directory
+                                            : SString(" in current working directory")));
+  const SString savedJavaHome = platform.getEnvironmentVariable(kJavaHome);
+  platform.setEnvironmentVariable(kJavaHome, jvmFile.tag(jvmtag::kHome));
+  if (isWizardMode(context_.modeByte.ownModeByte())) applyWizardEnvironment(jvmFile);
+  const bool console = displayConsole_ || javaConsole;
+  const std::int32_t status = runCommand(command, directory, console);
+  platform.setEnvironmentVariable(kJavaHome, savedJavaHome);
+  if (!console && captureOutput_) logOutput();
+  return status;
+}
+
+void LaunchScript::handleMacro(SString& text, char delimiter, SString::Size start,
+                               SString::Size& end) {
+  if (delimiter == kFunctionDelimiter) {
+    handleFunction(text, start, end);
+  } else if (delimiter == kEnvironmentDelimiter) {
+    const SString name = macroName(text, start, end);
+    text.replace(start, end - start + 1, context_.services.platform.getEnvironmentVariable(name));
+  }
+}
+
+void LaunchScript::handleFunction(SString& text, SString::Size start, SString::Size end) {
+  LogSink& log = context_.services.logSink;
+  const SString name = macroName(text, start, end);
+  const MacroFunction* function = findMacroFunction(name);
+  if (function == nullptr) launchScriptError(text, "Invalid function name (" + name + ").", log);
+  StringDeque arguments;
+  SString::Size position = end + 1;
+  parseFunctionArguments(text, position, arguments, log);
+  if (!function->accepts(arguments.count())) launchScriptError(text, function->countMessage, log);
+  const SString archive = function->usesArchive ? expandArchive(text) : SString();
+  const MacroCall call{context_, *jvmFile_, arguments, archive, includeArchives_};
+  const SString value = function->evaluate(call);
+  text.replace(start, position == SString::npos ? SString::npos : position - start, value);
+}
+
+/// The archive is a part of the class path and cannot have the class path as a part of its own.
+SString LaunchScript::expandArchive(const SString& text) {
+  if (expandingArchive_) {
+    launchScriptError(text, "ARCHIVE cannot use the class path.", context_.services.logSink);
+  }
+  expandingArchive_ = true;
+  const SString archive = expandMacros(archive_, *this, kFunctionDelimiter);
+  expandingArchive_ = false;
+  return archive;
+}
+
+SString LaunchScript::workingDirectory() const {
+  return autoSetWorkingDir_ ? runningDirectory(context_.launcherFileName) : SString();
+}
+
+void LaunchScript::applyWizardEnvironment(const JVMFile& jvmFile) const {
+  const StringDeque* settings = jvmFile.tags().findValues("SET_ENV_FOR_WIZARD");
+  if (settings == nullptr) return;
+  for (const SString& setting : *settings) applySetting(setting, context_.services.platform);
+}
+
+std::int32_t LaunchScript::runCommand(const SString& command, const SString& directory,
+                                      bool console) {
+  ChildCommand child{.command = command, .workingDirectory = directory};
+  child.runInBackground = console;
+  child.captureOutput = captureOutput_ && !console;
+  child.redirectChildOutput = true;
+  child.stdoutText = &standardOutput_;
+  child.stderrText = &standardError_;
+  return context_.services.platform.executeCommand(child, context_.services.progress);
+}
+
+void LaunchScript::logOutput() const {
+  const SString lines[] = {"Output from the launch script execution", "StdOut:", standardOutput_,
+                           "ErrOut:", standardError_};
+  for (const SString& line : lines) context_.services.log(line);
+}
+
+}  // namespace vessant
