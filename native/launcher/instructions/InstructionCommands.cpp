@@ -1,0 +1,166 @@
+#include "launcher/instructions/InstructionCommands.h"
+
+#include "launcher/base/Exceptions.h"
+#include "launcher/base/TextUtil.h"
+#include "launcher/instructions/Variables.h"
+
+namespace vessant {
+namespace {
+
+constexpr const char* kNoContext = "";
+
+/// The next token, which must be there.
+SString requireToken(const InstructionRun& run, StatementArguments& arguments,
+                     const char* messageIfMissing) {
+  SString token = arguments.nextToken();
+  if (token.isEmpty()) run.instructionError(messageIfMissing);
+  return token;
+}
+
+bool requireBoolean(const InstructionRun& run, StatementArguments& arguments,
+                    const char* messageIfMissing) {
+  return run.booleanValue(requireToken(run, arguments, messageIfMissing), kNoContext);
+}
+
+std::int32_t requireNumber(const InstructionRun& run, StatementArguments& arguments,
+                           const char* messageIfMissing) {
+  return run.numericValue(requireToken(run, arguments, messageIfMissing), kNoContext);
+}
+
+std::int16_t requireShort(const InstructionRun& run, StatementArguments& arguments,
+                          const char* messageIfMissing) {
+  return run.shortValue(requireToken(run, arguments, messageIfMissing), kNoContext);
+}
+
+void executeFindJvm(InstructionRun& run, StatementArguments& arguments) {
+  const bool showProgress = requireBoolean(
+      run, arguments,
+      "The first argument to FIND_JVM should be a 1 if the UI should be displayed or a 0 if the "
+      "UI should be suppressed.");
+  const bool showFailure = requireBoolean(
+      run, arguments,
+      "The second argument to FIND_JVM should be a 1 if a find failure message should be displayed "
+      "in a UI or 0 if no message should be displayed.");
+  run.actions().findJvm(showProgress, showFailure);
+}
+
+void executeGoto(InstructionRun& run, StatementArguments& arguments) {
+  run.jumpTo(
+      requireToken(run, arguments, "The GOTO command requires a label as its only argument."));
+}
+
+void executeILaunch(InstructionRun& run, StatementArguments& arguments) {
+  const std::int32_t fileId = requireNumber(
+      run, arguments,
+      "The first argument to ILAUNCH should be the file index number of the jvm file.");
+  const std::int16_t seconds = requireShort(
+      run, arguments,
+      "The second argument to ILAUNCH should be the number of seconds to display the UI during the "
+      "launch.");
+  run.setResult(run.actions().launchWithEmbeddedJvmFile(fileId, seconds));
+}
+
+void executeInitializeUi(InstructionRun& run, StatementArguments& /*arguments*/) {
+  run.actions().beginProgress();
+}
+
+void executeInstallJvm(InstructionRun& run, StatementArguments& arguments) {
+  constexpr const char* kMessage = "The first argument to INSTALL_JVM should be a 0, 1 or 2.";
+  constexpr std::int32_t kLastMode = 2;
+  const std::int32_t mode = requireNumber(run, arguments, kMessage);
+  if (mode < 0 || mode > kLastMode) run.instructionError(kMessage);
+  run.actions().installEmbeddedJvm(mode);
+}
+
+/// The messages count from the label; kept, as authors know them.
+void executeJmp0(InstructionRun& run, StatementArguments& arguments) {
+  const std::int32_t value =
+      run.numericValue(arguments.nextToken(), "The second argument to JMP0 must be numeric.");
+  const SString label =
+      requireToken(run, arguments, "JMP0 requires a jump label as its second argument.");
+  if (value == 0) run.jumpTo(label);
+}
+
+void executeLaunch(InstructionRun& run, StatementArguments& arguments) {
+  const SString context = "Invalid jvm file name specified in LAUNCH.";
+  const SString fileName = run.textValue(arguments.nextText(context), context);
+  const std::int16_t seconds = requireShort(
+      run, arguments,
+      "The second argument to LAUNCH should be the number of seconds to display the UI during the "
+      "launch.");
+  run.setResult(run.actions().launchWithJvmFile(fileName, seconds));
+}
+
+void assign(InstructionActions& actions, const VariableSpecification& variable,
+            const SString& text) {
+  if (variable.type == 'S') return actions.setStringVariable(variable.number, text);
+  std::int32_t number = 0;
+  if (!stringToLong(text, number)) {
+    throw LauncherException(
+        "Invalid value specified for SET command Invalid numeric expression in " + text);
+  }
+  actions.setNumericVariable(variable.number, number);
+}
+
+void executeSet(InstructionRun& run, StatementArguments& arguments) {
+  const SString statement = arguments.rest();
+  const SString::Size equals = statement.find('=');
+  if (equals == SString::npos) run.instructionError("SET statement is missing =.");
+  const VariableSpecification variable =
+      parseVariableSpecification(trimmed(statement.substr(0, equals)),
+                                 "Invalid variable specified on left hand side of SET statement.");
+  SString value = trimmed(statement.substr(equals + 1));
+  if (!value.isEmpty())
+    value = run.textValue(value, "Invalid expression specified for SET command");
+  assign(run.actions(), variable, value);
+}
+
+void executeVerify(InstructionRun& run, StatementArguments& arguments) {
+  const bool showProgress = requireBoolean(
+      run, arguments,
+      "The first argument to VERIFY should be a 1 if the UI should be displayed or a 0 if the UI "
+      "should be suppressed.");
+  const bool showFailure = requireBoolean(run, arguments,
+                                          "The second argument to VERIFY should be a 1 if a find "
+                                          "failure message should be displayed in "
+                                          "a UI or 0 if no message should be displayed.");
+  const std::int32_t fileId = requireNumber(
+      run, arguments,
+      "The third argument to VERIFY should be the file index number of the jvm file.");
+  run.actions().verifyEmbeddedJvmFile(showProgress, showFailure, fileId);
+}
+
+/// The message is that of ILAUNCH; kept, as authors know it.
+void executeEmbeddedLauncher(InstructionRun& run, StatementArguments& arguments) {
+  run.actions().runEmbeddedLauncher(requireNumber(
+      run, arguments,
+      "The first argument to ILAUNCH should be the file index number of the jvm file."));
+}
+
+void executeComment(InstructionRun& /*run*/, StatementArguments& /*arguments*/) {}
+
+// In the order of comparison.
+constexpr InstructionCommand kCommands[] = {
+    {"FIND_JVM", executeFindJvm},
+    {"GOTO", executeGoto},
+    {"ILAUNCH", executeILaunch},
+    {"INITIALIZE_UI", executeInitializeUi},
+    {"INSTALL_JVM", executeInstallJvm},
+    {"JMP0", executeJmp0},
+    {"LAUNCH", executeLaunch},
+    {"SET", executeSet},
+    {"VERIFY", executeVerify},
+    {"EXECUTE_LAUNCHER", executeEmbeddedLauncher},
+    {"//", executeComment},
+};
+
+}  // namespace
+
+const InstructionCommand* findInstructionCommand(const SString& name) {
+  for (const InstructionCommand& command : kCommands) {
+    if (name == command.name) return &command;
+  }
+  return nullptr;
+}
+
+}  // namespace vessant
