@@ -1,0 +1,83 @@
+// What the user sees: one-line messages, the progress display and a question, on standard output.
+//
+// Silence hides everything but the result lines of the input file's actions. The progress display
+// can be switched off by itself.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+
+#include "launcher/base/ProgressSink.h"
+#include "launcher/base/SString.h"
+#include "launcher/driver/Messages.h"
+
+namespace vessant {
+
+/// The process-wide state of the console.
+struct ConsoleState {
+  bool silent = false;
+  bool progressShown = true;
+  std::int32_t progressCount = 0;
+  /// How many times 70 units the line breaks have closed.
+  std::int32_t progressLines = 0;
+  SearchPhase searchPhase = SearchPhase::None;
+  /// The product's title, in the locale's encoding.
+  SString uiTitle;
+};
+
+/// What the launcher is doing; the numbers are those of the display's stage lines.
+enum class Stage : int {
+  Initializing = 0,
+  SearchingForJvm = 1,
+  Failed = 2,
+  Running = 3,
+  PreparingJvm = 4,
+};
+
+class Console : public ProgressSink {
+ public:
+  /// All must outlive this. `in` is where answers are read from.
+  Console(ConsoleState& state, const Messages& messages, std::FILE* out, std::FILE* in)
+      : state_(state), messages_(messages), out_(out), in_(in) {}
+
+  /// One line, unless silent.
+  void showMessage(const SString& text);
+  /// One line of a result, also in silence: programs read it.
+  void printResult(const SString& text);
+
+  void showStage(Stage stage);
+  void showSearchPhase(SearchPhase phase, const SString& text) override;
+  /// Forgets the phase without showing anything.
+  void resetSearchPhase() { showSearchPhase(SearchPhase::None, ""); }
+  /// Prints dots and moves the count on by twice their number. Kept: the line breaks depend on it.
+  void addProgressDots(std::int32_t count) override;
+  /// Sets the count, and ends the line of dots at every 70 units.
+  void setProgress(std::int32_t value);
+
+  /// Asks where to install a JVM and reads one word. Empty in silence or at the end of the input.
+  [[nodiscard]] SString askDestinationDirectory();
+
+  /// Sets the title that the stages show and prints it. Backslash-u escapes become characters.
+  void setUiTitle(const SString& text);
+  /// Prints a title in the same way without setting it.
+  void showTitle(const SString& text);
+
+  /// Turns the progress display on; in silence it stays off.
+  void enableProgress() { state_.progressShown = !state_.silent; }
+  void disableProgress() { state_.progressShown = false; }
+  void setSilent(bool silent) { state_.silent = silent; }
+  [[nodiscard]] bool hasTitle() const { return !state_.uiTitle.isEmpty(); }
+  [[nodiscard]] bool isSilent() const { return state_.silent; }
+  [[nodiscard]] bool isProgressShown() const { return state_.progressShown; }
+
+ private:
+  void print(const SString& text, bool flush);
+  void printLine(const SString& text);
+
+  ConsoleState& state_;
+  const Messages& messages_;
+  std::FILE* out_;
+  std::FILE* in_;
+};
+
+}  // namespace vessant

@@ -1,0 +1,103 @@
+// LauncherMain: installing a JVM, the bundled one or one that an input file names.
+
+#include "launcher/base/DeleteFullDir.h"
+#include "launcher/base/Exceptions.h"
+#include "launcher/base/PathUtil.h"
+#include "launcher/base/TextUtil.h"
+#include "launcher/driver/LauncherMain.h"
+
+namespace vessant {
+namespace {
+
+constexpr std::int32_t kQuietMode = 0;
+constexpr std::int32_t kProgressMode = 1;
+constexpr std::int32_t kAskMode = 2;
+
+/// The JVM file that an installed JVM brings at the top of its directory.
+constexpr const char* kInstalledJvmFile = "jvm";
+
+/// A file that goes away with its owner.
+class ScopedFile {
+ public:
+  ScopedFile(SString path, const RunServices& services)
+      : path_(std::move(path)), services_(services) {}
+  ScopedFile(const ScopedFile&) = delete;
+  ScopedFile& operator=(const ScopedFile&) = delete;
+  ~ScopedFile() { deletePath(path_, services_); }
+
+  [[nodiscard]] const SString& path() const { return path_; }
+
+ private:
+  SString path_;
+  const RunServices& services_;
+};
+
+/// The home that an installed JVM file names, which may be given relative to the destination.
+SString installedHome(const SString& home, const SString& destination) {
+  if (home.isEmpty()) return destination;
+  if (home.view().starts_with(kPathSeparator)) return home;
+  return joinPath(destination, home);
+}
+
+}  // namespace
+
+void LauncherMain::installEmbeddedJvm(std::int32_t mode) {
+  setNumericVariable(1, 0);
+  setStringVariable(1, "");
+  if (mode == kQuietMode) {
+    services_.console.disableProgress();
+  } else {
+    services_.console.enableProgress();
+    services_.console.showStage(Stage::PreparingJvm);
+  }
+  const FileIndexEntry* installer = state_.launcherFile.findByType(FileType::JvmInstaller);
+  if (installer == nullptr) throw LauncherException(errorText(ErrorId::NoJvmInstaller));
+  const SString destination = chooseDestination(mode);
+  if (destination.isEmpty()) return;
+  runInstaller(*installer, destination);
+  const SString jvmFile = joinPath(destination, kInstalledJvmFile);
+  if (!fileExists(jvmFile)) return logError("Invalid bundled JVM. Missing 'jvm' file.");
+  adoptInstalledJvm(jvmFile, destination, mode != kAskMode);
+  setNumericVariable(1, 1);
+  setStringVariable(1, jvmFile);
+}
+
+SString LauncherMain::chooseDestination(std::int32_t mode) {
+  if (mode == kQuietMode || mode == kProgressMode) return services_.tempFiles.createTempDir();
+  if (mode != kAskMode) return "";
+  const SString answer = services_.console.askDestinationDirectory();
+  return answer.isEmpty() ? answer : absolutePath(answer);
+}
+
+void LauncherMain::runInstaller(const FileIndexEntry& installer, const SString& destination) {
+  const ScopedFile program(services_.extractor.extractFile(installer, destination), services_.run);
+  SString output;
+  SString errors;
+  ChildCommand command{.command = quoted(program.path()), .workingDirectory = destination};
+  command.captureOutput = true;
+  command.redirectChildOutput = true;
+  command.stdoutText = &output;
+  command.stderrText = &errors;
+  services_.platform.executeCommand(command, services_.console);
+}
+
+SString LauncherMain::adoptInstalledJvm(const SString& jvmFile, const SString& destination,
+                                        bool temporary) {
+  TagFile tags(jvmFile, services_.log);
+  const SString home = installedHome(tags.getValue(jvmtag::kHome), destination);
+  tags.setJvmTags(home, jvmFile, temporary);
+  tags.save(jvmFile);
+  return jvmFile;
+}
+
+void LauncherMain::installJvmAction(bool showProgress, const SString& installer,
+                                    const SString& destination) {
+  ChildCommand command{.command = quoted(absolutePath(installer)), .workingDirectory = destination};
+  command.runInBackground = showProgress;
+  command.redirectChildOutput = true;
+  services_.platform.executeCommand(command, services_.console);
+  const SString jvmFile = joinPath(destination, kInstalledJvmFile);
+  services_.console.printResult(adoptInstalledJvm(jvmFile, destination, false));
+}
+
+}  // namespace vessant

@@ -1,0 +1,39 @@
+// The objects that a run works with, wired to one another and to the process-wide state. This is
+// the only place that knows all of them; the rooms below get the records they ask for.
+#pragma once
+
+#include "launcher/archive/EmbeddedFiles.h"
+#include "launcher/archive/Extraction.h"
+#include "launcher/archive/ModeByte.h"
+#include "launcher/archive/TempFiles.h"
+#include "launcher/base/RunServices.h"
+#include "launcher/driver/Console.h"
+#include "launcher/driver/LauncherState.h"
+#include "launcher/driver/Log.h"
+#include "launcher/driver/Messages.h"
+#include "launcher/jvm/JVMSearchContext.h"
+#include "launcher/launch/LaunchContext.h"
+#include "launcher/linux/LinuxPlatformImpl.h"
+
+namespace vessant {
+
+struct LauncherServices {
+  explicit LauncherServices(LauncherState& state);
+  LauncherServices(const LauncherServices&) = delete;
+  LauncherServices& operator=(const LauncherServices&) = delete;
+
+  // Each is made of those above it.
+  LinuxPlatformImpl platform;
+  Messages messages;
+  Log log;
+  Console console;
+  RunServices run;
+  TempFiles tempFiles;
+  FileExtractor extractor;
+  EmbeddedFiles embeddedFiles;
+  ModeByteProbe modeByte;
+  LaunchContext launch;
+  JVMSearchContext search;
+};
+
+}  // namespace vessant

@@ -1,0 +1,27 @@
+#include "launcher/driver/Log.h"
+
+#include <cstdio>
+
+#include "launcher/base/StdFile.h"
+
+namespace vessant {
+namespace {
+
+const char* prefixOf(LogLevel level) {
+  if (level == LogLevel::Warning) return "WARNING: ";
+  if (level == LogLevel::Error) return "ERROR: ";
+  return "";
+}
+
+}  // namespace
+
+void Log::log(const SString& text, LogLevel level) {
+  if (state_.logFileName.isEmpty()) return;
+  const StdFile file = openFile(state_.logFileName, OpenMode::Append);
+  if (file == nullptr) return;
+  if (!state_.separatorWritten) std::fputs("------------------\n", file.get());
+  state_.separatorWritten = true;
+  std::fprintf(file.get(), "%s%s\n", prefixOf(level), text.cString());
+}
+
+}  // namespace vessant
