@@ -1,0 +1,91 @@
+#include "support/ProcessRunner.h"
+
+#include <array>
+#include <csignal>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/TempTree.h"
+
+namespace vessant::test {
+namespace {
+
+constexpr unsigned kTimeLimitSeconds = 120;
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::vector<std::string> settingsOf(const std::map<std::string, std::string>& environment) {
+  std::vector<std::string> settings;
+  for (const auto& [name, value] : environment) settings.push_back(name + "=" + value);
+  return settings;
+}
+
+[[noreturn]] void becomeProgram(const ProcessRequest& request, const std::string& input, int out,
+                                int err) {
+  const std::vector<std::string> settings = settingsOf(request.environment);
+  std::vector<char*> arguments = pointersTo(request.command);
+  std::vector<char*> environment = pointersTo(settings);
+  const int in = ::open(input.c_str(), O_RDONLY);
+  const bool ready = ::dup2(in, 0) == 0 && ::dup2(out, 1) == 1 && ::dup2(err, 2) == 2 &&
+                     (request.directory.empty() || ::chdir(request.directory.c_str()) == 0);
+  if (ready) {
+    ::setpgid(0, 0);
+    ::alarm(kTimeLimitSeconds);  // survives the exec
+    ::execve(arguments.front(), arguments.data(), environment.data());
+  }
+  ::_exit(127);
+}
+
+void collect(int out, int err, ProcessResult& result) {
+  std::array<pollfd, 2> fds = {{{out, POLLIN, 0}, {err, POLLIN, 0}}};
+  const std::array<std::string*, 2> texts = {&result.out, &result.err};
+  while (fds[0].fd >= 0 || fds[1].fd >= 0) {
+    ::poll(fds.data(), fds.size(), -1);
+    for (std::size_t i = 0; i < fds.size(); ++i) {
+      if (fds[i].fd < 0 || fds[i].revents == 0) continue;
+      std::array<char, 65536> chunk;
+      const ssize_t count = ::read(fds[i].fd, chunk.data(), chunk.size());
+      if (count > 0) {
+        texts[i]->append(chunk.data(), static_cast<std::size_t>(count));
+      } else {
+        fds[i].fd = -1;
+      }
+    }
+  }
+}
+
+}  // namespace
+
+ProcessResult runProcess(const ProcessRequest& request) {
+  TempTree tree;
+  const std::string input = tree.file("input", request.input);
+  int out[2];
+  int err[2];
+  if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0) {
+    throw std::runtime_error("no pipes");
+  }
+  const pid_t child = ::fork();
+  if (child < 0) throw std::runtime_error("no process");
+  if (child == 0) becomeProgram(request, input, out[1], err[1]);
+  ::close(out[1]);
+  ::close(err[1]);
+  ProcessResult result;
+  collect(out[0], err[0], result);
+  ::close(out[0]);
+  ::close(err[0]);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return result;
+}
+
+}  // namespace vessant::test
