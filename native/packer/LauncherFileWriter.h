@@ -1,0 +1,16 @@
+// Writes installers: a launcher with files, their index, the mode byte and the trailer behind it.
+#pragma once
+
+#include "launcher/base/LogSink.h"
+#include "launcher/base/MessageSource.h"
+#include "launcher/base/SString.h"
+#include "packer/Manifest.h"
+
+namespace vessant {
+
+/// Writes the installer that the manifest describes, executable for everybody who may read it. The
+/// finished file takes its name in one step; on failure nothing is left of it. Throws
+/// LauncherException, naming the file concerned.
+void writeLauncherFile(const Manifest& manifest, LogSink& log, const MessageSource& messages);
+
+}  // namespace vessant

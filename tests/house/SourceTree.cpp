@@ -1,0 +1,60 @@
+#include "house/SourceTree.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace vessant::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::set<std::string> kGroundFloor = {"Messages", "MessageCatalog", "MessageCompiler",
+                                            "Console", "Log"};
+
+SourceFile readSource(const fs::path& file, const fs::path& top) {
+  SourceFile source{file.lexically_relative(top).string(), {}};
+  std::ifstream stream(file);
+  std::string line;
+  while (std::getline(stream, line)) source.lines.push_back(line);
+  return source;
+}
+
+}  // namespace
+
+std::string SourceFile::room() const { return roomOf(path); }
+
+std::string SourceFile::unit() const { return fs::path(path).replace_extension().string(); }
+
+std::vector<std::string> SourceFile::includes() const {
+  const std::string begin = "#include \"";
+  std::vector<std::string> names;
+  for (const std::string& line : lines) {
+    if (!line.starts_with(begin)) continue;
+    names.push_back(line.substr(begin.size(), line.rfind('"') - begin.size()));
+  }
+  return names;
+}
+
+std::vector<SourceFile> sourceFiles() {
+  const fs::path top = fs::path(VESSANT_SOURCE_DIR) / "native";
+  std::vector<SourceFile> files;
+  for (const auto& entry : fs::recursive_directory_iterator(top)) {
+    const std::string ending = entry.path().extension().string();
+    if (ending == ".h" || ending == ".cpp") files.push_back(readSource(entry.path(), top));
+  }
+  std::sort(files.begin(), files.end(),
+            [](const SourceFile& a, const SourceFile& b) { return a.path < b.path; });
+  return files;
+}
+
+std::string roomOf(const std::string& path) {
+  const fs::path relative = path;
+  auto part = relative.begin();
+  if (*part == "packer") return "packer";
+  const std::string room = (++part)->string();
+  const bool isGround = room == "driver" && kGroundFloor.contains(relative.stem().string());
+  return isGround ? "driver/ground" : room;
+}
+
+}  // namespace vessant::test

@@ -1,0 +1,29 @@
+// The sources of the project, as the tests of the house rules read them.
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace vessant::test {
+
+struct SourceFile {
+  /// Below native/, such as "launcher/base/SString.h".
+  std::string path;
+  std::vector<std::string> lines;
+
+  /// The room: "base", ..., "driver/ground" for messages, console and log, "packer".
+  [[nodiscard]] std::string room() const;
+  /// The path without its ending: a header and its source are one unit.
+  [[nodiscard]] std::string unit() const;
+  /// The project's own headers that it includes.
+  [[nodiscard]] std::vector<std::string> includes() const;
+};
+
+/// Every C++ file below native/.
+[[nodiscard]] std::vector<SourceFile> sourceFiles();
+
+/// The room of a path below native/.
+[[nodiscard]] std::string roomOf(const std::string& path);
+
+}  // namespace vessant::test
