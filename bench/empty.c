@@ -1,0 +1,2 @@
+/* What a static program costs before it does anything. */
+int main(void) { return 0; }
