@@ -1,17 +1,12 @@
 #include "packer/LauncherFileWriter.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include "launcher/archive/LauncherFile.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/StdFile.h"
 #include "launcher/base/SystemError.h"
-#include "launcher/base/TextUtil.h"
+#include "packer/IndexReader.h"
 #include "packer/PartialFile.h"
 
 namespace vessant {
@@ -59,7 +54,7 @@ void InstallerWriter::finish(const Manifest& manifest, LogSink& log,
                              const MessageSource& messages) {
   file_.close();
   LauncherFile written;
-  written.loadFileIndex(file_.path(), nullptr, log, messages);
+  loadIndex(written, file_.path(), log, messages);
   if (static_cast<std::size_t>(written.index().count()) != manifest.files.size()) {
     throw LauncherException(manifest.output + ": the written index cannot be read back");
   }
@@ -104,7 +99,7 @@ void InstallerWriter::writeNumber(std::uint32_t number, int bytes) {
 /// A launcher that already carries files is an installer: packing it again is a mistake.
 void checkLauncher(const SString& launcher, LogSink& log, const MessageSource& messages) {
   LauncherFile carried;
-  carried.loadFileIndex(launcher, nullptr, log, messages);
+  loadIndex(carried, launcher, log, messages);
   if (carried.index().isEmpty()) return;
   throw LauncherException(launcher + ": this launcher carries files already");
 }

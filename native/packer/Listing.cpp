@@ -2,10 +2,10 @@
 
 #include <cstdio>
 
-#include "launcher/archive/LauncherFile.h"
 #include "launcher/archive/ModeByte.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/TextUtil.h"
+#include "packer/IndexReader.h"
 #include "packer/Manifest.h"
 
 namespace vessant {
@@ -28,11 +28,7 @@ SString lineOf(const FileIndexEntry& entry) {
 
 SString listLauncherFile(const SString& path, LogSink& log, const MessageSource& messages) {
   LauncherFile file;
-  try {
-    file.loadFileIndex(path, nullptr, log, messages);
-  } catch (const LauncherException& error) {
-    throw LauncherException(path + ": " + error.message());
-  }
+  loadIndex(file, path, log, messages);
   if (file.index().isEmpty()) throw LauncherException(path + ": carries no files");
   std::int32_t modeByte = kNoModeByte;
   ModeByteProbe probe(path, modeByte);

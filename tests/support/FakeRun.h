@@ -1,6 +1,7 @@
 // A run for unit tests: every service that the rooms ask for, recording what it is told.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <ostream>
 #include <string>
@@ -74,6 +75,8 @@ class FakePlatform : public Platform {
   std::string errors;
   bool enoughSpace = true;
   void (*onExecute)(FakePlatform&) = nullptr;
+  /// Runs the commands in its place, when set.
+  std::function<std::int32_t(const ChildCommand&, ProgressSink&)> executor;
 
   std::vector<ChildCommand> commands;  // as given; their text pointers may no longer be good
   std::vector<std::pair<std::string, std::string>> settings;  // every setEnvironmentVariable

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace vessant::test {
@@ -69,7 +69,9 @@ std::vector<std::string> TempTree::list(std::string_view relative) const {
 std::string readFile(const std::string& path) {
   std::ifstream stream(path, std::ios::binary);
   if (!stream) throw std::runtime_error("cannot read " + path);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  std::ostringstream content;
+  content << stream.rdbuf();
+  return content.str();
 }
 
 void writeFile(const std::string& path, std::string_view content) {

@@ -1,0 +1,160 @@
+// The real vspack: what it writes, byte for byte, what it lists, and that a failure leaves nothing.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/LauncherFileBuilder.h"
+#include "support/ProcessRunner.h"
+#include "support/TempTree.h"
+
+namespace vessant::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class PackTest : public testing::Test {
+ protected:
+  PackTest() {
+    tree.file("stub", "#!/bin/sh\necho the stub\nexit 0\n");
+    tree.file("setup.instructions", "INSTRUCTIONS: INITIALIZE_UI\n");
+    tree.file("java.jvm", "DESC: Java\n");
+    tree.file("data", std::string("\0\1\2", 3));
+    tree.file("setup.manifest",
+              "OUTPUT: setup\nLAUNCHER: stub\nMODE: 5\nFILES:\n"
+              "  instructions 1 setup.instructions\n"
+              "  jvm 70000 java.jvm\n"
+              "  application 3 data \"app data\"\n"
+              "/:\n");
+  }
+
+  ProcessResult vspack(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), VESSANT_VSPACK);
+    ProcessRequest request{arguments};
+    request.directory = tree.root();
+    return runProcess(request);
+  }
+
+  LauncherFileBuilder expected() {
+    LauncherFileBuilder builder;
+    builder.stub(readFile(tree.path("stub"))).modeByte(5);
+    builder.add(0, 1, "setup.instructions", readFile(tree.path("setup.instructions")));
+    builder.add(1, 70000, "java.jvm", readFile(tree.path("java.jvm")));
+    return builder.add(6, 3, "app data", readFile(tree.path("data")));
+  }
+
+  TempTree tree;
+};
+
+TEST_F(PackTest, WritesStubFilesIndexModeByteAndTrailer) {
+  const ProcessResult result = vspack({"pack", "setup.manifest"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out + result.err, "");
+  EXPECT_EQ(readFile(tree.path("setup")), expected().bytes());
+}
+
+TEST_F(PackTest, MakesTheInstallerExecutable) {
+  ASSERT_EQ(vspack({"pack", "setup.manifest"}).status, 0);
+  struct stat status = {};
+  ASSERT_EQ(::stat(tree.path("setup").c_str(), &status), 0);
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  EXPECT_EQ(status.st_mode & 0777U, 0777U & ~mask);
+  EXPECT_EQ(runProcess({{tree.path("setup")}}).out, "the stub\n");
+}
+
+TEST_F(PackTest, OptionsWinOverTheManifest) {
+  tree.file("other", "#!/bin/sh\nexit 0\n");
+  ASSERT_EQ(vspack({"pack", "-o", "out", "setup.manifest", "-l", "other"}).status, 0);
+  EXPECT_TRUE(readFile(tree.path("out")).starts_with("#!/bin/sh\nexit 0\n"));
+  EXPECT_FALSE(std::filesystem::exists(tree.path("setup")));
+}
+
+TEST_F(PackTest, ReplacesAnOlderInstaller) {
+  tree.file("setup", std::string(100000, 'x'));
+  ASSERT_EQ(vspack({"pack", "setup.manifest"}).status, 0);
+  EXPECT_EQ(readFile(tree.path("setup")), expected().bytes());
+}
+
+TEST_F(PackTest, ListsWhatTheInstallerCarries) {
+  expected().write(tree.path("setup"));
+  const ProcessResult result = vspack({"list", "setup"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out,
+            "mode byte 5\n"
+            "kind                   id     length     offset  name\n"
+            "instructions            1         28         31  setup.instructions\n"
+            "jvm                 70000         11         59  java.jvm\n"
+            "application             3          3         70  app data\n");
+}
+
+TEST_F(PackTest, ListsSizeInformation) {
+  LauncherFileBuilder().stub("x").addExpanding(4, 1, "jre", "y", 12, 345).write(tree.path("setup"));
+  EXPECT_THAT(vspack({"list", "setup"}).out, HasSubstr("jre  (expands to 12 files, 345 bytes)\n"));
+}
+
+TEST_F(PackTest, RefusesWhatTheLauncherWouldRefuse) {
+  tree.file("java.jvm", "DESC: Java\nno colon\n");
+  const std::vector<std::string> before = tree.list();
+  const ProcessResult result = vspack({"pack", "setup.manifest"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err,
+            "vspack: Syntax error in java.jvm at line 2 ==> Missing colon at the end of the tag "
+            "name.\n");
+  EXPECT_EQ(tree.list(), before);
+}
+
+TEST_F(PackTest, RefusesALauncherThatCarriesFilesAlready) {
+  expected().write(tree.path("stub"));
+  const ProcessResult result = vspack({"pack", "setup.manifest"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, "vspack: stub: this launcher carries files already\n");
+  tree.file("stub", "short");
+  EXPECT_EQ(vspack({"pack", "setup.manifest"}).err, "vspack: stub: Invalid launcher format.\n");
+}
+
+TEST_F(PackTest, NamesTheFileThatCannotBeWrittenOrListed) {
+  const ProcessResult packed = vspack({"pack", "setup.manifest", "-o", "none/setup"});
+  EXPECT_EQ(packed.status, 1);
+  EXPECT_EQ(packed.err, "vspack: none/setup: No such file or directory\n");
+  EXPECT_EQ(vspack({"list", "none"}).err, "vspack: none: Cannot open launcher file.\n");
+  EXPECT_EQ(vspack({"list", "stub"}).err, "vspack: stub: carries no files\n");
+  EXPECT_EQ(vspack({"list", "data"}).err, "vspack: data: Invalid launcher format.\n");
+}
+
+TEST_F(PackTest, AFailureLeavesAnOlderInstallerAlone) {
+  tree.file("setup", "old");
+  tree.file("setup.manifest", "OUTPUT: setup\nLAUNCHER: stub\nFILES: archive 1 none\n");
+  const std::vector<std::string> before = tree.list();
+  EXPECT_EQ(vspack({"pack", "setup.manifest"}).status, 1);
+  EXPECT_EQ(readFile(tree.path("setup")), "old");
+  EXPECT_EQ(tree.list(), before);
+}
+
+TEST_F(PackTest, TellsAWrongCallFromAFailure) {
+  const std::vector<std::vector<std::string>> wrong = {{},
+                                                       {"pack"},
+                                                       {"list"},
+                                                       {"list", "a", "b"},
+                                                       {"unpack", "x"},
+                                                       {"pack", "a", "b"},
+                                                       {"pack", "a", "-o"},
+                                                       {"pack", "a", "-x", "y"}};
+  for (const std::vector<std::string>& arguments : wrong) {
+    const ProcessResult result = vspack(arguments);
+    EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
+    EXPECT_THAT(result.err, HasSubstr("usage: vspack pack MANIFEST"));
+    EXPECT_EQ(result.out, "");
+  }
+}
+
+TEST_F(PackTest, NeedsAnOutput) {
+  tree.file("setup.manifest", "LAUNCHER: stub\nFILES: archive 1 data\n");
+  EXPECT_EQ(vspack({"pack", "setup.manifest"}).err,
+            "vspack: setup.manifest: there is no OUTPUT tag and no -o option\n");
+}
+
+}  // namespace
+}  // namespace vessant::test
