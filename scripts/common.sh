@@ -1,4 +1,13 @@
-# Sourced by the other scripts: installs Debian packages that are missing, and nothing when none is.
+# Sourced by the other scripts: installs Debian packages that are missing, and nothing when none is,
+# and runs commands whose output matters only when they fail.
+
+# quietly COMMAND...
+quietly() {
+    local output status=0
+    output=$("$@" 2>&1) || status=$?
+    [ "$status" -eq 0 ] || printf '%s\n' "$output" >&2
+    return "$status"
+}
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
