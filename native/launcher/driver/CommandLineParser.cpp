@@ -30,7 +30,7 @@ const CommandLineParser::Option CommandLineParser::kOptions[] = {
 
 DriverOutcome CommandLineParser::parse(const StringDeque& arguments) {
   state_.originalLauncherCleanup = false;
-  launcher_.console().setProgress(0);
+  console_.setProgress(0);
   outcome_ = DriverOutcome();
   silenceAskedFor_ = asksForSilence(arguments);
   for (std::int32_t i = 0; i < arguments.count(); ++i) applyAt(arguments, i);
@@ -66,8 +66,8 @@ bool CommandLineParser::asksForSilence(const StringDeque& arguments) {
 }
 
 void CommandLineParser::fail(const SString& message) {
-  outcome_.result = LauncherMain::kFailed;
-  launcher_.console().showMessage(message);
+  outcome_.result = kRunFailed;
+  console_.showMessage(message);
 }
 
 void CommandLineParser::setLog(const SString& value) {
@@ -75,7 +75,7 @@ void CommandLineParser::setLog(const SString& value) {
 }
 
 void CommandLineParser::missingLog(const SString& /*value*/) {
-  fail(launcher_.errorText(ErrorId::MissingLogFileName));
+  fail(messages_.errorText(ErrorId::MissingLogFileName));
 }
 
 void CommandLineParser::setOriginal(const SString& value) {
@@ -98,22 +98,22 @@ void CommandLineParser::setSilentAndPass(const SString& value) {
 }
 
 void CommandLineParser::extract(const SString& /*value*/) {
-  launcher_.extractFiles();
+  actions_.extractFiles();
   outcome_.runDefaultFlow = false;
 }
 
 void CommandLineParser::loadInput(const SString& value) {
-  launcher_.loadInputFile(value, outcome_);
+  actions_.loadInputFile(value, outcome_);
 }
 
 void CommandLineParser::missingInput(const SString& /*value*/) {
   outcome_.runDefaultFlow = false;
-  fail(launcher_.errorText(ErrorId::MissingInputFileName));
+  fail(messages_.errorText(ErrorId::MissingInputFileName));
 }
 
 /// A silent option counts for this line wherever it stands on the command line.
 void CommandLineParser::showVersion(const SString& /*value*/) {
-  if (!silenceAskedFor_) launcher_.console().showMessage(kVersion);
+  if (!silenceAskedFor_) console_.showMessage(kVersion);
   outcome_.runDefaultFlow = false;
 }
 

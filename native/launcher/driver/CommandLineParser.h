@@ -4,16 +4,19 @@
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/driver/LauncherMain.h"
+#include "launcher/driver/Console.h"
 #include "launcher/driver/LauncherState.h"
+#include "launcher/driver/Messages.h"
+#include "launcher/driver/OneShotActions.h"
 
 namespace vessant {
 
 class CommandLineParser {
  public:
-  /// Options set fields of the state; one-shot actions are performed by the launcher.
-  CommandLineParser(LauncherState& state, LauncherMain& launcher)
-      : state_(state), launcher_(launcher) {}
+  /// Options set fields of the state or ask for one of the actions. All must outlive this.
+  CommandLineParser(LauncherState& state, OneShotActions& actions, Console& console,
+                    const Messages& messages)
+      : state_(state), actions_(actions), console_(console), messages_(messages) {}
 
   /// Applies every argument from first to last; an error of an option does not stop it. Throws what
   /// the one-shot actions throw.
@@ -53,7 +56,9 @@ class CommandLineParser {
   void setClassPathSuffix(const SString& value) { state_.classPathSuffix = value; }
 
   LauncherState& state_;
-  LauncherMain& launcher_;
+  OneShotActions& actions_;
+  Console& console_;
+  const Messages& messages_;
   DriverOutcome outcome_;
   bool silenceAskedFor_ = false;
 };

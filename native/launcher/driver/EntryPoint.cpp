@@ -34,7 +34,7 @@ int runLauncher(int argumentCount, const char* const* arguments, LauncherState& 
 
 int reportUnexpectedFailure(const LauncherState& state) {
   if (!state.silent) std::puts("The launcher ended because of an unexpected internal failure.");
-  return LauncherMain::kFailed;
+  return kRunFailed;
 }
 
 }  // namespace vessant

@@ -109,7 +109,7 @@ void LauncherMain::verifyNamedJvm(const InputFile& input, DriverOutcome& outcome
     logError(
         "TO execute the VERIFY_JVM action, you must also provide values in the input file for "
         "VERIFY_JVM_FILE and VERIFY_JVM_HOME.");
-    outcome.result = kFailed;
+    outcome.result = kRunFailed;
     return;
   }
   verifyJvmAction(input.flag(inputkey::kShowProgress), input.flag(inputkey::kShowFailMessage),

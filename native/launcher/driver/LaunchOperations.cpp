@@ -12,7 +12,7 @@ void LauncherMain::beginProgress() {
 }
 
 std::int32_t LauncherMain::launchWithJvmFile(const SString& fileName, std::int16_t seconds) {
-  if (!objects_.hasLaunchScript()) return kFailed;
+  if (!objects_.hasLaunchScript()) return kRunFailed;
   TagFile tags(fileName, services_.log);
   JVMFile jvmFile(tags);
   return launch(jvmFile, seconds);
@@ -26,7 +26,7 @@ std::int32_t LauncherMain::launchWithEmbeddedJvmFile(std::int32_t fileId, std::i
     logError(
         "Unable to launch the internal launch script with the internal JVM file. Either the launch "
         "script or the JVM file is missing from the launcher.");
-    return kFailed;
+    return kRunFailed;
   }
   JVMFile jvmFile(*entry->tagFile);
   return launch(jvmFile, seconds);

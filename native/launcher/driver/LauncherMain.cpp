@@ -43,12 +43,13 @@ std::int32_t LauncherMain::run(const StringDeque& arguments, const SString& laun
   } catch (const LauncherException& error) {
     services_.console.showMessage(error.message());
     logError(error.message());
-    return kFailed;
+    return kRunFailed;
   }
 }
 
 std::int32_t LauncherMain::runDriver(const StringDeque& arguments) {
-  DriverOutcome outcome = CommandLineParser(state_, *this).parse(arguments);
+  DriverOutcome outcome =
+      CommandLineParser(state_, *this, services_.console, services_.messages).parse(arguments);
   if (!outcome.runDefaultFlow) return outcome.result;
   if (!state_.launcherFile.isLoaded()) loadLauncherFile(&objects_);
   outcome.result = runInstructions();
@@ -67,7 +68,7 @@ void LauncherMain::loadLauncherFile(EmbeddedObjectBuilder* builder) {
 
 std::int32_t LauncherMain::runInstructions() {
   const InstructionScript* script = objects_.instructions();
-  if (script == nullptr) return kFailed;
+  if (script == nullptr) return kRunFailed;
   try {
     return vessant::runInstructions(*script, *this);
   } catch (const InstructionsException& error) {

@@ -12,22 +12,15 @@
 #include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/driver/LoadedObjects.h"
+#include "launcher/driver/OneShotActions.h"
 #include "launcher/instructions/InstructionActions.h"
 #include "launcher/jvm/JVMMatch.h"
 #include "launcher/tagfile/InputFile.h"
 
 namespace vessant {
 
-/// What the command line leaves to be done.
-struct DriverOutcome {
-  std::int32_t result = 0;
-  bool runDefaultFlow = true;
-};
-
-class LauncherMain : public InstructionActions {
+class LauncherMain : public InstructionActions, public OneShotActions {
  public:
-  static constexpr std::int32_t kFailed = -1;
-
   /// The state must outlive this.
   explicit LauncherMain(LauncherState& state);
   LauncherMain(const LauncherMain&) = delete;
@@ -39,10 +32,8 @@ class LauncherMain : public InstructionActions {
   std::int32_t run(const StringDeque& arguments, const SString& launcherFileName);
 
   // One-shot actions of the command line.
-  /// Writes every embedded file and an "input.tag" that names them into the current directory.
-  void extractFiles();
-  /// Loads an input file and performs its action.
-  void loadInputFile(const SString& value, DriverOutcome& outcome);
+  void extractFiles() override;
+  void loadInputFile(const SString& value, DriverOutcome& outcome) override;
 
   // Operations for the instruction script.
   void findJvm(bool showProgress, bool showFailure) override;
@@ -73,7 +64,6 @@ class LauncherMain : public InstructionActions {
   /// The byte that says how the program's exit status is to be taken.
   [[nodiscard]] std::int32_t modeByte() { return services_.modeByte.ownModeByte(); }
   [[nodiscard]] Console& console() { return services_.console; }
-  [[nodiscard]] SString errorText(ErrorId error) const;
 
  private:
   std::int32_t runDriver(const StringDeque& arguments);
@@ -95,6 +85,7 @@ class LauncherMain : public InstructionActions {
   SString adoptInstalledJvm(const SString& jvmFile, const SString& destination, bool temporary);
   std::int32_t launch(JVMFile& jvmFile, std::int16_t seconds);
   [[nodiscard]] SString embeddedLauncherCommand(const SString& launcher) const;
+  [[nodiscard]] SString errorText(ErrorId error) const;
   void logError(const SString& text) { services_.run.log(text, LogLevel::Error); }
 
   LauncherState& state_;

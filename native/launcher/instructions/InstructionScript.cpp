@@ -3,46 +3,20 @@
 #include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/instructions/InstructionCommands.h"
 #include "launcher/instructions/Variables.h"
 
 namespace vessant {
 namespace {
 
 constexpr const char* kStatementsTag = "INSTRUCTIONS";
-constexpr char kLabelMark = ':';
 constexpr char kVariableMark = '@';
 
 }  // namespace
-
-std::int32_t runInstructions(const InstructionScript& script, InstructionActions& actions) {
-  return InstructionRun(script, actions).run();
-}
 
 InstructionRun::InstructionRun(const InstructionScript& script, InstructionActions& actions)
     : actions_(actions),
       statements_(script.tags().findValues(kStatementsTag)),
       count_(statements_ == nullptr ? 0 : statements_->count()) {}
-
-std::int32_t InstructionRun::run() {
-  while (programCounter_ < count_) {
-    execute(statements_->get(programCounter_));
-    ++programCounter_;
-  }
-  return result_;
-}
-
-void InstructionRun::execute(const SString& statement) {
-  SString::Size position = 0;
-  SString token;
-  nextWord(token, statement, position);
-  if (token.isEmpty()) instructionError("No command specified.");
-  if (token.at(0) == kLabelMark) return;
-  const InstructionCommand* command = findInstructionCommand(token);
-  if (command == nullptr) instructionError("Invalid command (" + token + "). ");
-  StatementArguments arguments(statement, position);
-  command->execute(*this, arguments);
-}
 
 void InstructionRun::instructionError(const SString& message) const {
   throw InstructionsException(message, programCounter_ + 1);

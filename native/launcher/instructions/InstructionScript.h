@@ -24,6 +24,9 @@ class InstructionScript {
   const TagFile& tags_;
 };
 
+/// What a label statement begins with.
+inline constexpr char kLabelMark = ':';
+
 /// Executes a script from its first statement and returns its result. Throws InstructionsException
 /// for an error of the script, with the number of the statement, and LauncherException for other
 /// failures. A variable whose value refers to itself never ends.
