@@ -98,10 +98,10 @@ void ManifestReader::fail(const SString& reason) const {
 
 SString ManifestReader::resolve(const SString& path) const {
   if (path.view().starts_with(kPathSeparator)) return path;
-  const SString besideManifest = joinPath(directoryOf(path_), path);
+  SString besideManifest = joinPath(directoryOf(path_), path);
   if (fileExists(besideManifest)) return besideManifest;
   for (const SString& directory : searchPath_) {
-    const SString candidate = joinPath(directory, path);
+    SString candidate = joinPath(directory, path);
     if (fileExists(candidate)) return candidate;
   }
   return besideManifest;

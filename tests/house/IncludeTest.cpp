@@ -1,12 +1,12 @@
 // Data flows down: a room includes only what the table in docs/design.md allows, and no file leads
 // back to itself.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <map>
 #include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "house/SourceTree.h"
 #include "support/TempTree.h"
@@ -69,9 +69,9 @@ TEST(Includes, RoomsKnowNoMoreThanTheTableAllows) {
 TEST(Includes, NothingBelowTheDriverKnowsTheRun) {
   for (const SourceFile& file : sourceFiles()) {
     if (file.room() == "driver") continue;
-    EXPECT_THAT(file.includes(), testing::Not(testing::Contains(testing::AnyOf(
-                                     testing::HasSubstr("LauncherState"),
-                                     testing::HasSubstr("LauncherMain")))))
+    EXPECT_THAT(file.includes(),
+                testing::Not(testing::Contains(testing::AnyOf(testing::HasSubstr("LauncherState"),
+                                                              testing::HasSubstr("LauncherMain")))))
         << file.path;
   }
 }

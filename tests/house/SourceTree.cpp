@@ -22,9 +22,13 @@ SourceFile readSource(const fs::path& file, const fs::path& top) {
 
 }  // namespace
 
-std::string SourceFile::room() const { return roomOf(path); }
+std::string SourceFile::room() const {
+  return roomOf(path);
+}
 
-std::string SourceFile::unit() const { return fs::path(path).replace_extension().string(); }
+std::string SourceFile::unit() const {
+  return fs::path(path).replace_extension().string();
+}
 
 std::vector<std::string> SourceFile::includes() const {
   const std::string begin = "#include \"";

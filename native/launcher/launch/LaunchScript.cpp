@@ -131,7 +131,7 @@ SString LaunchScript::expandArchive(const SString& text) {
     launchScriptError(text, "ARCHIVE cannot use the class path.", context_.services.logSink);
   }
   expandingArchive_ = true;
-  const SString archive = expandMacros(archive_, *this, kFunctionDelimiter);
+  SString archive = expandMacros(archive_, *this, kFunctionDelimiter);
   expandingArchive_ = false;
   return archive;
 }

@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "launcher/base/Exceptions.h"
 #include "launcher/launch/MacroHandler.h"
 
@@ -8,8 +10,11 @@ namespace {
 /// closes nothing.
 constexpr SString::Size kShortestMacro = 2;
 
-/// No command has so many macros: a value leads back to itself.
+/// No command has so many macros, and none that the system would run grows so far: a value leads
+/// back to itself. The second bound keeps a value that grows with every turn from filling the
+/// memory first.
 constexpr int kMostExpansions = 100000;
+constexpr std::uint64_t kMostGrowth = std::uint64_t{1} << 20;
 
 void collapseDoubled(SString& text, char delimiter) {
   const char doubled[] = {delimiter, delimiter};
@@ -25,13 +30,13 @@ void collapseDoubled(SString& text, char delimiter) {
 SString expandMacros(const SString& source, MacroHandler& handler, char delimiter) {
   SString result = source;
   SString::Size start = result.find(delimiter);
+  int expansions = 0;
   // In a text of less than two characters the bound wraps around; then no closing delimiter is
   // found.
-  int expansions = 0;
   while (start != SString::npos && start < result.length() - kShortestMacro) {
     SString::Size end = result.find(delimiter, start + kShortestMacro);
     if (end == SString::npos) break;
-    if (++expansions > kMostExpansions) {
+    if (++expansions > kMostExpansions || result.length() > source.length() + kMostGrowth) {
       throw LauncherException("The expansion of a macro never ends: " + source);
     }
     handler.handleMacro(result, delimiter, start, end);
