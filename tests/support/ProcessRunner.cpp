@@ -14,8 +14,6 @@
 namespace vessant::test {
 namespace {
 
-constexpr unsigned kTimeLimitSeconds = 120;
-
 std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
   std::vector<char*> pointers;
   for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
@@ -39,7 +37,7 @@ std::vector<std::string> settingsOf(const std::map<std::string, std::string>& en
                      (request.directory.empty() || ::chdir(request.directory.c_str()) == 0);
   if (ready) {
     ::setpgid(0, 0);
-    ::alarm(kTimeLimitSeconds);  // survives the exec
+    ::alarm(request.timeLimitSeconds);  // survives the exec
     ::execve(arguments.front(), arguments.data(), environment.data());
   }
   ::_exit(127);

@@ -23,9 +23,11 @@ struct ProcessRequest {
   /// Where the program starts; empty: where the test runs.
   std::string directory = {};
   std::string input = {};
+  /// A program that takes longer is taken for one that hangs, and killed.
+  unsigned timeLimitSeconds = 120;
 };
 
-/// Runs the program to its end. A program that hangs is killed after two minutes.
+/// Runs the program to its end.
 [[nodiscard]] ProcessResult runProcess(const ProcessRequest& request);
 
 }  // namespace vessant::test

@@ -44,19 +44,28 @@ bool copyContents(int source, int target) {
   }
 }
 
+/// The target's owner decides over its bits: a copy into a directory or over a file of somebody
+/// else is none the worse for keeping those that it has.
 bool prepareTarget(const SString& source, const SString& target) {
-  const mode_t permissions = modeOf(source) & ALLPERMS;
-  if (isDirectory(target)) return ::chmod(target.cString(), permissions) == 0;
-  return ::mkdir(target.cString(), permissions) == 0;
+  struct stat status = {};
+  if (::stat(source.cString(), &status) != 0) return false;
+  const mode_t permissions = status.st_mode & ALLPERMS;
+  if (!isDirectory(target)) return ::mkdir(target.cString(), permissions) == 0;
+  static_cast<void>(::chmod(target.cString(), permissions));
+  return true;
+}
+
+/// Every failure is logged where it first shows, and so once.
+int failed(LogSink& log) {
+  log.log("Error while copying file", LogLevel::Information);
+  return kFailed;
 }
 
 int copyEntry(const SString& source, const SString& target, LogSink& log) {
   const mode_t mode = modeOf(source);
   if (S_ISDIR(mode)) return copyDirectory(source, target, log);
   if (!S_ISREG(mode)) return 0;
-  const int result = copyFile(source, target);
-  if (result == kFailed) log.log("Error while copying file", LogLevel::Information);
-  return result;
+  return copyFile(source, target) == kFailed ? failed(log) : 0;
 }
 
 }  // namespace
@@ -89,13 +98,14 @@ int copyFile(const SString& source, const SString& target) {
   const mode_t permissions = status.st_mode & ALLPERMS;
   const UniqueFd to(::open(target.cString(), O_WRONLY | O_CREAT | O_CLOEXEC, permissions));
   if (!to.isOpen() || !copyContents(from.get(), to.get())) return kFailed;
-  return ::fchmod(to.get(), permissions) == 0 ? 0 : kFailed;
+  static_cast<void>(::fchmod(to.get(), permissions));
+  return 0;
 }
 
 int copyDirectory(const SString& source, const SString& target, LogSink& log) {
-  if (!prepareTarget(source, target)) return kFailed;
+  if (!prepareTarget(source, target)) return failed(log);
   const DirStream stream = openDirectory(source);
-  if (stream == nullptr) return kFailed;
+  if (stream == nullptr) return failed(log);
   while (const dirent* entry = nextEntry(stream)) {
     const int result =
         copyEntry(joinPath(source, entry->d_name), joinPath(target, entry->d_name), log);

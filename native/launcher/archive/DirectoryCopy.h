@@ -21,7 +21,7 @@ struct TreeSize {
 [[nodiscard]] int copyFile(const SString& source, const SString& target);
 
 /// Copies a tree into `target`, which is made when it is missing. Returns 0, or -1 at the first
-/// file that cannot be copied, which is logged.
+/// file or directory that cannot be copied, which is logged.
 [[nodiscard]] int copyDirectory(const SString& source, const SString& target, LogSink& log);
 
 /// The same behind a check of the free space. Throws LauncherException on failure.

@@ -11,11 +11,13 @@ const SString& EmbeddedFiles::extractedPath(const FileIndexEntry& entry) {
 const SString& EmbeddedFiles::applicationArchive() {
   if (!applicationArchive_.isEmpty()) return applicationArchive_;
   SString directory;
+  SString last;
   for (const FileIndexEntry& entry : launcherFile_.index()) {
     if (entry.type != FileType::ApplicationArchive) continue;
     if (directory.isEmpty()) directory = tempFiles_.createTempDir();
-    applicationArchive_ = extractor_.extractFile(entry, directory);
+    last = extractor_.extractFile(entry, directory);
   }
+  applicationArchive_ = last;
   return applicationArchive_;
 }
 

@@ -32,8 +32,10 @@ void makeExecutable(const SString& path) {
 }
 
 /// Chunks are larger than any stream buffer: reading and writing straight saves a copy.
-void withoutBuffer(const StdFile& file) {
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+StdFile openUnbuffered(const SString& path, OpenMode mode) {
+  StdFile file = openFile(path, mode);
+  if (file != nullptr) std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  return file;
 }
 
 /// Writes a chunk and flushes it; returns 0 or the error number.
@@ -48,7 +50,7 @@ int writeChunk(const StdFile& target, const std::vector<char>& buffer, std::size
 
 SString FileExtractor::extractFile(const FileIndexEntry& entry, const SString& directory) const {
   checkSpace(entry, directory);
-  const SString target = joinPath(directory, entry.fileName);
+  SString target = joinPath(directory, entry.fileName);
   const int error = copyBytes(entry, target);
   if (error != 0) throw LauncherException(writeErrorText(longToString(error)));
   if (services_.cancelFlag.isSet()) {
@@ -66,21 +68,18 @@ void FileExtractor::checkSpace(const FileIndexEntry& entry, const SString& direc
 }
 
 int FileExtractor::copyBytes(const FileIndexEntry& entry, const SString& target) const {
-  const StdFile source = openFile(launcherFile_, OpenMode::Read);
-  const StdFile copy = openFile(target, OpenMode::Write);
+  const StdFile source = openUnbuffered(launcherFile_, OpenMode::Read);
+  const StdFile copy = openUnbuffered(target, OpenMode::Write);
   if (copy == nullptr) return errno;
   if (source == nullptr || ::fseeko(source.get(), entry.offset, SEEK_SET) != 0) return 0;
-  withoutBuffer(source);
-  withoutBuffer(copy);
   std::vector<char> buffer(std::min<std::size_t>(kChunkSize, entry.length));
   std::size_t left = entry.length;
   while (left > 0 && !services_.cancelFlag.isSet()) {
     const std::size_t wanted = std::min(left, buffer.size());
     const std::size_t read = std::fread(buffer.data(), 1, wanted, source.get());
     const int error = writeChunk(copy, buffer, read);
-    if (error != 0) return error;
     services_.progress.addProgressDots(1);
-    if (read < wanted) return 0;
+    if (error != 0 || read < wanted) return error;
     left -= read;
   }
   return 0;

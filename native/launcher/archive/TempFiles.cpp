@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <memory>
 
 #include <fcntl.h>
@@ -57,7 +56,7 @@ SString TempFiles::tempRootSetting() const {
 
 SString TempFiles::createTempDir() {
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-    const SString path = newName();
+    SString path = newName();
     if (createDirectory(path)) {
       directories_.add(path);
       return path;
@@ -99,9 +98,7 @@ bool TempFiles::cleanupTempFiles() {
         }
       }
     }
-  } catch (const std::exception&) {
-    return false;
-  } catch (const LauncherException&) {
+  } catch (...) {  // whatever it is, the run is over
     return false;
   }
   files_.clear();

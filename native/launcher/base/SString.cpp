@@ -191,7 +191,6 @@ SString& SString::replace(Size position, Size fromCount, Size toCount, char char
 }
 
 void SString::resize(Size length, char padding) {
-  if (length > maxSize) throw LengthException();
   if (length > length_) {
     append(length - length_, padding);
   } else {
@@ -200,7 +199,6 @@ void SString::resize(Size length, char padding) {
 }
 
 void SString::reserve(Size capacity) {
-  if (capacity <= capacity_ && !isShared()) return;
   const Size length = length_;
   grow(std::max(capacity, length), false);
   if (data_ != nullptr) terminate(length);

@@ -5,7 +5,6 @@
 namespace vessant {
 
 void StringDeque::insert(std::int32_t index, const SString& text) {
-  if (index >= 0 && !isValidIndex(index)) return;
   insertEntry(index, std::make_unique<SStringPtrDE>(std::make_unique<SString>(text)));
 }
 

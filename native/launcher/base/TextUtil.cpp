@@ -8,20 +8,22 @@
 namespace vessant {
 namespace {
 
+constexpr std::int64_t kSmallest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
 
 bool isDigit(char character) {
   return '0' <= character && character <= '9';
 }
 
-/// The magnitude of the digits at the start of `digits`, clamped to 64 bits.
-std::int64_t readDigits(std::string_view digits) {
+/// Minus the number that `digits` begins with, clamped to 64 bits. Downwards, because the range
+/// reaches one further there.
+std::int64_t readNegated(std::string_view digits) {
   std::int64_t value = 0;
   for (const char character : digits) {
     if (!isDigit(character)) break;
     const int digit = character - '0';
-    if (value > (kLargest - digit) / 10) return kLargest;
-    value = value * 10 + digit;
+    if (value < (kSmallest + digit) / 10) return kSmallest;
+    value = value * 10 - digit;
   }
   return value;
 }
@@ -32,9 +34,9 @@ std::optional<std::int64_t> scanNumber(std::string_view text) {
   const bool negative = i < text.size() && text[i] == '-';
   if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
   if (i == text.size() || !isDigit(text[i])) return std::nullopt;
-  const std::int64_t magnitude = readDigits(text.substr(i));
-  if (!negative) return magnitude;
-  return magnitude == kLargest ? std::numeric_limits<std::int64_t>::min() : -magnitude;
+  const std::int64_t value = readNegated(text.substr(i));
+  if (negative) return value;
+  return value == kSmallest ? kLargest : -value;
 }
 
 }  // namespace

@@ -39,10 +39,14 @@ void JVMFiles::verifyCollected(JVMMatchPtrDeque& matches) {
   services.log("Processing unverified matches.\n");
   for (const UnverifiedJVMMatch& candidates : unverified_) {
     for (const SString& home : candidates.homes) {
-      if (services.cancelFlag.isSet() || (stopAtFirst_ && !matches.isEmpty())) return;
+      if (services.cancelFlag.isSet() || foundMatch_) return;
       std::unique_ptr<JVMMatch> match =
           candidates.jvmFile.verifyAt(home, verificationClass_, context_);
-      if (match != nullptr) matches.add(std::move(match));
+      if (stopAtFirst_) {
+        keep(match);
+      } else if (match != nullptr) {
+        matches.add(std::move(match));
+      }
     }
   }
 }

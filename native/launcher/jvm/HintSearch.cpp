@@ -29,8 +29,15 @@ SString homeOfPathEntry(const SString& entry, const SString& executable) {
   return home;
 }
 
+/// A path in the directory of the launcher, which may be the root directory.
+SString besideLauncher(const SString& launcherFile, const SString& name) {
+  const SString directory = directoryOf(launcherFile);
+  const bool isRoot = directory.isEmpty() && launcherFile.view().starts_with(kPathSeparator);
+  return joinPath(isRoot ? "/" : directory, name);
+}
+
 void useFirstMedium(JVMMatch& match, const LaunchContext& launch) {
-  const SString home = joinPath(directoryOf(launch.originalLauncherFileName), kMediaSpannedHome);
+  const SString home = besideLauncher(launch.originalLauncherFileName, kMediaSpannedHome);
   match.setHome(home);
   launch.services.log(home);
   launch.services.log("MEDIA SPANNED : JVM Using :" + home);
@@ -85,7 +92,7 @@ std::unique_ptr<JVMMatch> JVMFile::tryRelativeHint(const SString& hint,
                                                    const VerificationClass& verificationClass,
                                                    const JVMSearchContext& context) {
   const LaunchContext& launch = context.launch;
-  const SString candidate = joinPath(directoryOf(launch.launcherFileName), hint);
+  const SString candidate = besideLauncher(launch.launcherFileName, hint);
   launch.services.log("Check path hint Relative " + candidate);
   std::unique_ptr<JVMMatch> match = verifyAt(candidate, verificationClass, context);
   if (match == nullptr) return nullptr;

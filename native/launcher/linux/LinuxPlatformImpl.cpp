@@ -2,7 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <forward_list>
+#include <string>
 #include <vector>
 
 #include <unistd.h>
@@ -47,8 +48,9 @@ SString LinuxPlatformImpl::getEnvironmentVariable(const SString& name) const {
 
 void LinuxPlatformImpl::setEnvironmentVariable(const SString& name, const SString& value) {
   if (name.isEmpty()) return;
-  char* setting = ::strdup((name + "=" + value).cString());
-  if (setting != nullptr) ::putenv(setting);
+  // Kept within reach of leak checkers, and never destroyed: the environment is read to the end.
+  static auto& settings = *new std::forward_list<std::string>;
+  ::putenv(settings.emplace_front((name + "=" + value).view()).data());
 }
 
 bool LinuxPlatformImpl::hasFreeSpace(const SString& directory, std::uint32_t byteCount,

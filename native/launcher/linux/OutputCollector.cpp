@@ -78,10 +78,11 @@ void OutputCollector::waitForOutput(int timeoutMilliseconds) {
   static_cast<void>(::poll(fds, 2, timeoutMilliseconds));  // an early return only reads again
 }
 
+/// The wait comes first: once both streams have ended there is nothing left to wait for.
 void OutputCollector::drain() {
-  readBoth();
   while (out_.isOpen || err_.isOpen) {
-    if (!readBoth()) waitForOutput(kNoTimeout);
+    waitForOutput(kNoTimeout);
+    readBoth();
   }
 }
 

@@ -46,8 +46,8 @@ bool TagFile::getBoolean(std::string_view name, bool fallback) const {
 void TagFile::setValue(const SString& name, const SString& value) {
   StringDeque& values = findOrAdd(name).values;
   if (values.isEmpty()) return values.add(value);
+  values.set(0, value);  // first: `value` may be one of those that go
   while (values.count() > 1) values.removeLast();
-  values.set(0, value);
 }
 
 void TagFile::addValue(const SString& name, const SString& value) {

@@ -1,6 +1,8 @@
 // The written form of a tag file.
 
 #include <cstdio>
+#include <string_view>
+#include <utility>
 
 #include "launcher/base/StdFile.h"
 #include "launcher/base/TextUtil.h"
@@ -12,45 +14,57 @@ namespace {
 constexpr std::string_view kBlockEnd = "/:";
 
 /// Quotes keep what a plain value would lose: blanks at its ends, its quotes, its being empty, or
-/// its being a value where it looks like the end of a block.
-bool needsQuotes(const SString& value) {
+/// its being a value where it looks like the end of the block that it stands in.
+bool needsQuotes(const SString& value, bool isBlock) {
   return value.isEmpty() || isSpaceChar(value.at(0)) || isSpaceChar(value.at(value.length() - 1)) ||
-         value.find('"') != SString::npos || value == kBlockEnd;
+         value.find('"') != SString::npos || (isBlock && value == kBlockEnd);
 }
 
-SString withDoubledQuotes(const SString& value) {
-  SString result;
-  for (const char character : value.view()) {
-    if (character == '"') result += '"';
-    result += character;
+void write(std::FILE* file, std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), file);  // a failure marks the stream
+}
+
+void writeQuoted(std::FILE* file, const SString& value) {
+  write(file, "\"");
+  for (const char& character : value.view()) {
+    if (character == '"') write(file, "\"");
+    write(file, {&character, 1});
   }
-  return result;
+  write(file, "\"");
 }
 
-void appendEntry(SString& text, const TagFileEntry& entry) {
+void writeEntry(std::FILE* file, const TagFileEntry& entry) {
   if (entry.values.isEmpty()) return;
   const bool isBlock = entry.values.count() > 1;
-  text.append(entry.name).append(isBlock ? ":\n" : ":");
+  write(file, entry.name);
+  write(file, isBlock ? ":\n" : ":");
   for (const SString& value : entry.values) {
-    text.append("  ").append(needsQuotes(value) ? quoted(withDoubledQuotes(value)) : value);
-    text += '\n';
+    write(file, "  ");
+    if (needsQuotes(value, isBlock)) {
+      writeQuoted(file, value);
+    } else {
+      write(file, value);
+    }
+    write(file, "\n");
   }
-  if (isBlock) text.append(kBlockEnd).append("\n");
+  if (!isBlock) return;
+  write(file, kBlockEnd);
+  write(file, "\n");
 }
 
-bool writeWhole(StdFile file, const SString& text) {
-  const bool written = std::fwrite(text.cString(), 1, text.length(), file.get()) == text.length();
-  return std::fclose(file.release()) == 0 && written;
+/// Closes the file; returns whether all of it was written.
+bool finish(StdFile file) {
+  const bool whole = std::ferror(file.get()) == 0;
+  return std::fclose(file.release()) == 0 && whole;
 }
 
 }  // namespace
 
 void TagFile::save(const SString& path) const {
-  SString text;
-  for (const TagFileEntry& entry : entries_) appendEntry(text, entry);
   StdFile file = openFile(path, OpenMode::Write);
   if (file == nullptr) return;
-  if (!writeWhole(std::move(file), text)) std::remove(path.cString());
+  for (const TagFileEntry& entry : entries_) writeEntry(file.get(), entry);
+  if (!finish(std::move(file))) std::remove(path.cString());
 }
 
 }  // namespace vessant

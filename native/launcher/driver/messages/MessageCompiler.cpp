@@ -6,7 +6,8 @@
 // the others are held against. The first flaw stops the build with the file, the line and the
 // reason, and nothing is written.
 
-#include <cerrno>
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -32,10 +33,16 @@ struct Message {
   int line = 0;
 };
 
+/// A line above the messages that names something.
+struct Heading {
+  std::string name;
+  int line = 0;
+};
+
 struct Language {
   std::string path;
-  std::string code;
-  std::string charset;
+  Heading code;
+  Heading charset;
   std::map<int, Message> messages;
   int lastLine = 0;
 };
@@ -44,44 +51,46 @@ struct Language {
   throw std::runtime_error(language.path + ":" + std::to_string(line) + ": " + reason);
 }
 
-/// Converts text with the C library; the object owns the conversion descriptor.
+/// Converts UTF-8 with the C library; the object owns the conversion descriptor.
 class Converter {
  public:
-  explicit Converter(const Language& language)
-      : language_(language), descriptor_(iconv_open(language.charset.c_str(), "UTF-8")) {
-    if (!isOpen()) fail(language, 1, "unknown character set " + language.charset);
-  }
+  explicit Converter(const std::string& charset)
+      : descriptor_(iconv_open(charset.c_str(), "UTF-8")) {}
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
   ~Converter() {
     if (isOpen()) iconv_close(descriptor_);
   }
 
-  std::string convert(const Message& message) const;
-
- private:
   // iconv_open's answer to a failure is the pointer -1.
   bool isOpen() const { return reinterpret_cast<std::intptr_t>(descriptor_) != -1; }
 
-  const Language& language_;
+  /// Returns the rest of the text from the first character that cannot be converted; empty when
+  /// all of it could.
+  std::string convert(std::string text, std::string& output) const;
+
+ private:
   iconv_t descriptor_;
 };
 
-std::string Converter::convert(const Message& message) const {
-  std::string input = message.text;
-  std::string output(input.size() * 4 + 16, '\0');
-  char* in = input.data();
+std::string Converter::convert(std::string text, std::string& output) const {
+  output.resize(text.size() * 4 + 16);
+  char* in = text.data();
   char* out = output.data();
-  std::size_t inLeft = input.size();
+  std::size_t inLeft = text.size();
   std::size_t outLeft = output.size();
   iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);
-  // A positive count is that of characters converted to something else: as bad as a failure.
-  if (iconv(descriptor_, &in, &inLeft, &out, &outLeft) != 0) {
-    fail(language_, message.line,
-         language_.charset + " cannot hold the text from here on: " + std::string(in, inLeft));
-  }
+  const std::size_t replaced = iconv(descriptor_, &in, &inLeft, &out, &outLeft);
   output.resize(output.size() - outLeft);
-  return output;
+  // A positive count is that of characters converted to something else: as bad as a failure.
+  if (replaced != 0 && inLeft == 0) return text;
+  return {in, inLeft};
+}
+
+bool isUtf8(const std::string& text) {
+  static const Converter decoder("UTF-32LE");
+  std::string ignored;
+  return decoder.convert(text, ignored).empty();
 }
 
 std::size_t countOf(std::string_view text, std::string_view part) {
@@ -91,6 +100,15 @@ std::size_t countOf(std::string_view text, std::string_view part) {
     ++count;
   }
   return count;
+}
+
+bool isControl(char character) {
+  return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+}
+
+void readHeading(const Language& language, Heading& heading, const std::string& name, int line) {
+  if (heading.line != 0) fail(language, line, "such a line stands above already");
+  heading = {name, line};
 }
 
 void readMessage(Language& language, const std::string& line, int lineNumber) {
@@ -106,6 +124,9 @@ void readMessage(Language& language, const std::string& line, int lineNumber) {
     fail(language, lineNumber, "there is no message " + std::to_string(number));
   }
   const Message message{line.substr(open + 1, close - open - 1), lineNumber};
+  if (std::any_of(message.text.begin(), message.text.end(), isControl)) {
+    fail(language, lineNumber, "a tab or another control character in the text");
+  }
   if (!language.messages.emplace(static_cast<int>(number), message).second) {
     fail(language, lineNumber, "message " + std::to_string(number) + " stands here again");
   }
@@ -114,14 +135,20 @@ void readMessage(Language& language, const std::string& line, int lineNumber) {
 void readLine(Language& language, const std::string& line, int lineNumber) {
   constexpr std::string_view kCharset = "charset ";
   constexpr std::string_view kLanguage = "language ";
+  if (!isUtf8(line)) fail(language, lineNumber, "the line is not UTF-8");
   if (line.empty() || line.front() == '#') return;
   if (line.starts_with(kCharset)) {
-    language.charset = line.substr(kCharset.size());
+    readHeading(language, language.charset, line.substr(kCharset.size()), lineNumber);
   } else if (line.starts_with(kLanguage)) {
-    language.code = line.substr(kLanguage.size());
+    readHeading(language, language.code, line.substr(kLanguage.size()), lineNumber);
   } else {
     readMessage(language, line, lineNumber);
   }
+}
+
+void requireHeading(const Language& language, const Heading& heading, const char* keyword) {
+  if (heading.line != 0) return;
+  fail(language, std::max(language.lastLine, 1), std::string("no line '") + keyword + " NAME'");
 }
 
 Language readLanguage(const std::string& path) {
@@ -131,14 +158,26 @@ Language readLanguage(const std::string& path) {
   if (!file) fail(language, 1, "cannot be opened");
   std::string line;
   while (std::getline(file, line)) readLine(language, line, ++language.lastLine);
+  requireHeading(language, language.charset, "charset");
+  requireHeading(language, language.code, "language");
   const std::string fileName = path.substr(path.rfind('/') + 1);
-  if (language.code + ".msg" != fileName) fail(language, 1, "its language is not that of its name");
+  if (language.code.name + ".msg" != fileName) {
+    fail(language, language.code.line, "the language is not that of the file's name");
+  }
   for (int number = 1; number <= kLastMessage; ++number) {
     if (!language.messages.contains(number)) {
       fail(language, language.lastLine, "message " + std::to_string(number) + " is missing");
     }
   }
   return language;
+}
+
+std::size_t leadingBlanks(std::string_view text) {
+  return std::min(text.find_first_not_of(' '), text.size());
+}
+
+std::size_t trailingBlanks(std::string_view text) {
+  return text.size() - (text.find_last_not_of(' ') + 1);
 }
 
 /// What callers rely on: the placeholder, and blanks where further text is joined on.
@@ -155,8 +194,8 @@ void checkAgainst(const Language& english, const Language& language) {
     if (countOf(text, kLineBreak) != countOf(model, kLineBreak)) {
       fail(language, message.line, "the English text has another number of \\n");
     }
-    if (text.starts_with(' ') != model.starts_with(' ') ||
-        text.ends_with(' ') != model.ends_with(' ')) {
+    if (leadingBlanks(text) != leadingBlanks(model) ||
+        trailingBlanks(text) != trailingBlanks(model)) {
       fail(language, message.line, "blanks at the ends of the text must be as in English");
     }
   }
@@ -186,10 +225,20 @@ std::string literal(const std::string& bytes) {
 }
 
 std::string rowOf(const Language& language) {
-  const Converter converter(language);
-  std::string row = "    {" + literal(language.code);
+  const std::string& charset = language.charset.name;
+  const Converter converter(charset);
+  // A slash would begin the C library's suffixes that let it replace or drop characters.
+  if (!converter.isOpen() || charset.empty() || charset.find('/') != std::string::npos) {
+    fail(language, language.charset.line, "unknown character set " + charset);
+  }
+  std::string row = "    {" + literal(language.code.name);
   for (const auto& [number, message] : language.messages) {
-    row += ",\n     " + literal(converter.convert(message));
+    std::string bytes;
+    const std::string rest = converter.convert(message.text, bytes);
+    if (!rest.empty()) {
+      fail(language, message.line, charset + " cannot hold the text from here on: " + rest);
+    }
+    row += ",\n     " + literal(bytes);
   }
   return row + ",\n     nullptr},\n";
 }
@@ -199,6 +248,9 @@ std::string compile(const std::vector<std::string>& paths) {
       "// Made from the message files; mend the texts there.\n\n"
       "#include \"launcher/driver/MessageCatalog.h\"\n\n"
       "namespace vessant {\n\n"
+      "static_assert(kLanguageCount == " +
+      std::to_string(paths.size()) +
+      ", \"one file for each row\");\n\n"
       "const MessageRow kMessageCatalog[kLanguageCount] = {\n";
   const Language english = readLanguage(paths.front());
   for (const std::string& path : paths) {
