@@ -64,6 +64,14 @@ TEST_F(StandardStreams, AnswerNothingWhenTheInputIsClosed) {
   EXPECT_FALSE(std::filesystem::exists(tree.path("installed")));
 }
 
+TEST_F(StandardStreams, AreOpenForTheProgramWhateverTheLauncherWasGiven) {
+  // Otherwise the first files that the program opens would take their places.
+  addInstaller("x=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2); echo \"$x\" > " +
+               tree.path("streams"));
+  EXPECT_EQ(runRedirected("<&- >&- 2>&-").status, 0);
+  EXPECT_EQ(readFile(tree.path("streams")), "/dev/null\n/dev/null\n/dev/null\n");
+}
+
 TEST_F(StandardStreams, MayBreakWhileTheLauncherRuns) {
   addCapturingInstaller("cat %APPLICATION_ARCHIVE%(); exit 9");
   // The launcher starts only when the reader of its output has gone.

@@ -7,8 +7,15 @@ vessant::test::AllocationWatch* activeWatch = nullptr;
 }  // namespace
 
 extern "C" {
-// The linker's names for the function itself and for what stands in its place.
+// The linker's names for the functions themselves and for what stands in their place. An optimising
+// compiler turns a realloc of nothing into malloc.
+void* __real_malloc(std::size_t size);                // NOLINT(bugprone-reserved-identifier)
 void* __real_realloc(void* block, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
+
+void* __wrap_malloc(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
+  if (activeWatch != nullptr && activeWatch->note(size)) return nullptr;
+  return __real_malloc(size);
+}
 
 void* __wrap_realloc(void* block, std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
   if (activeWatch != nullptr && activeWatch->note(size)) return nullptr;

@@ -1,4 +1,4 @@
-// Watches what the code under test asks of realloc, and lets requests fail. The test program is
+// Watches what the code under test asks of malloc and realloc, and lets requests fail. The test program is
 // linked so that every call in it passes through here; without a watch nothing changes.
 #pragma once
 

@@ -217,8 +217,8 @@ TEST_F(DeleteFullDirTest, ALeftoverWhoseNameOnlyBeginsAlikeKeepsADirectoryToo) {
   std::string top;
   do {
     ASSERT_LT(attempt, 64) << "the system tells every pair in the same order";
-    top = "top" + std::to_string(attempt);
-    name = "x" + std::to_string(attempt);
+    top = std::string("top") + std::to_string(attempt);
+    name = std::string("x") + std::to_string(attempt);
     tree.dir(top + "/" + (attempt % 2 == 0 ? name : name + "y"));
     tree.dir(top + "/" + (attempt % 2 == 0 ? name + "y" : name));
     ++attempt;

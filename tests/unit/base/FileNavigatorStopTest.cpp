@@ -123,7 +123,7 @@ TEST_F(FileNavigatorStopTest, TheFileThatStopsTheWalkIsCounted) {
 
 TEST_F(FileNavigatorStopTest, DirectoriesAreNotCounted) {
   makeFiles("a", 999);
-  for (int i = 0; i < 10; ++i) tree.dir("d" + std::to_string(i));
+  for (int i = 0; i < 10; ++i) tree.dir(std::string("d") + std::to_string(i));
   walk.walk();
   EXPECT_EQ(walk.visited().size(), 12U);
   EXPECT_EQ(run.progress.steps, 0);

@@ -80,7 +80,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(LineReader, ReadsLinesOfEveryLength) {
   for (const std::size_t length : {255U, 256U, 257U, 512U, 513U, 100000U}) {
     const std::string line(length, 'x');
-    const std::string returns = "\r" + line.substr(0, length / 2) + "\r" + line.substr(length / 2);
+    const std::string returns =
+        std::string("\r") + line.substr(0, length / 2) + "\r" + line.substr(length / 2);
     EXPECT_EQ(linesOfStream(returns + "\nnext"), (Lines{line, "next"})) << length;
     EXPECT_EQ(linesOfText(returns + "\nnext"), (Lines{line, "next"})) << length;
   }

@@ -124,7 +124,7 @@ TEST(StringToNumber, AgreesWithTheCLibraryAroundTheLimits) {
        {"3276", "6553", "214748364", "429496729", "922337203685477580", "1844674407370955161"}) {
     for (char last = '0'; last <= '9'; ++last) {
       compareWithScanning(std::string(digits) + last);
-      compareWithScanning("-" + std::string(digits) + last);
+      compareWithScanning(std::string("-") + digits + last);
     }
   }
 }

@@ -14,7 +14,7 @@ namespace vessant::test {
 namespace {
 
 /// Replaces a macro by the value of its name, from one delimiter through the other.
-class ValueHandler : public MacroHandler {
+class ValueHandler final : public MacroHandler {
  public:
   void handleMacro(SString& text, char delimiter, SString::Size start,
                    SString::Size& end) override {
