@@ -1,14 +1,14 @@
 // A launcher that carries a second launcher and hands the run over to it.
 
+#include <algorithm>
+
 #include "system/SystemTest.h"
 
 namespace vessant::test {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::StartsWith;
 
 constexpr std::uint32_t kInnerId = 7;
 constexpr const char* kNotExecuted = "ERROR: Unable to execute the embedded launcher.";

@@ -8,12 +8,9 @@
 namespace vessant::test {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::UnorderedElementsAre;
 
 constexpr const char* kScanning = "\nScanning disk(s) for a Java(tm) Virtual Machine...\n";
 constexpr const char* kSearchAll = "SEARCH_ALL: 1\n";

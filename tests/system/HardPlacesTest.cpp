@@ -8,9 +8,6 @@
 namespace vessant::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::HasSubstr;
-
 struct HardPlaces : SystemTest {
   HardPlaces() { environment["PATH"] = "/usr/bin:/bin"; }
 

@@ -8,8 +8,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::StartsWith;
 
 const std::string kVerified = ".......";

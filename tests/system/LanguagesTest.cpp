@@ -12,9 +12,6 @@
 namespace vessant::test {
 namespace {
 
-using ::testing::EndsWith;
-using ::testing::StartsWith;
-
 struct Language {
   const char* code;
   const char* charset;

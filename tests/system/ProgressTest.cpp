@@ -5,9 +5,6 @@
 namespace vessant::test {
 namespace {
 
-using ::testing::EndsWith;
-using ::testing::StartsWith;
-
 const std::string kSearching = "\nSearching for Java(tm) Virtual Machine...\n";
 const std::string kSearchingHints = "\nSearching for Java 17.0.1\n";
 const std::string kVerifying = "\nVerifying Java 17.0.1\n";

@@ -1,7 +1,9 @@
 // The example's installer on a real JDK of the machine. Skipped where there is none.
 
+#include <cstdlib>
 #include <fstream>
 #include <optional>
+#include <sstream>
 
 #include "system/SystemTest.h"
 
@@ -11,8 +13,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using ::testing::EndsWith;
-using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
 const std::string kShare = std::string(VESSANT_BINARY_DIR) + "/share/";

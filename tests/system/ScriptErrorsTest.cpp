@@ -6,7 +6,6 @@ namespace vessant::test {
 namespace {
 
 using ::testing::EndsWith;
-using ::testing::HasSubstr;
 
 struct BadStatement {
   const char* statement;

@@ -34,10 +34,11 @@ void SmallMachine::SetUp() {
     for (const std::string& library : librariesOf(program)) copy(library);
   }
 #ifdef __SANITIZE_ADDRESS__
-  // The sanitizer looks into /proc, where this machine has nothing else: no leaks are searched for
-  // in it, and its notes about what is missing go into a file. Errors show in the exit status.
+  // The sanitizer finds its options and the program's name in /proc, where this machine has nothing
+  // else: it cannot look for leaks, and its notes go into a file. Errors show in the exit status.
   const std::string_view options = "ASAN_OPTIONS=detect_leaks=0:log_path=/asan-log";
   tree.file(inTree("/proc/self/environ"), std::string(options) + '\0');
+  tree.link(inTree("/proc/self/exe"), "/app/setup.bin");
 #endif
   const ProcessResult trial = runCommandInside({"/bin/sh", "-c", "echo ready"});
   if (trial.out != "ready\n") GTEST_SKIP() << "no file system of its own here: " << trial.err;

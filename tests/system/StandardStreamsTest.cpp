@@ -5,7 +5,6 @@
 namespace vessant::test {
 namespace {
 
-using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::Not;
 

@@ -1,5 +1,7 @@
 // Verification: what a Java must answer to be taken, and the VERIFY instruction.
 
+#include <algorithm>
+
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -8,7 +10,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 constexpr const char* kInvalid = "The JVM is not valid.\n";
 

@@ -7,6 +7,11 @@ namespace {
 
 constexpr std::int32_t kUnitsPerLine = 70;
 
+/// A run that shows progress for long enough starts again from the smallest number.
+std::int32_t wrappedSum(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
 SString titleFrom(const SString& text) {
   return wideToText(decodeUnicodeEscapes(text));
 }
@@ -75,12 +80,12 @@ void Console::showSearchPhase(SearchPhase phase, const SString& text) {
 
 void Console::addProgressDots(std::int32_t count) {
   if (state_.silent) return;
-  state_.progressCount += count;
+  state_.progressCount = wrappedSum(state_.progressCount, count);
   if (state_.progressShown) {
     const SString dot = messages_.formatMessage(MessageId::ProgressDot);
     for (std::int32_t i = 0; i < count; ++i) print(dot, true);
   }
-  setProgress(state_.progressCount + count);
+  setProgress(wrappedSum(state_.progressCount, count));
 }
 
 void Console::setProgress(std::int32_t value) {

@@ -200,6 +200,14 @@ TEST(Console, PrintsNoDotsForNone) {
   EXPECT_EQ(fixture.state.progressCount, 0);
 }
 
+TEST(Console, CountsOnFromTheSmallestNumberBehindTheLargest) {
+  ConsoleFixture fixture;
+  fixture.state.progressCount = 2147483646;
+  fixture.console.addProgressDots(1);
+  EXPECT_EQ(fixture.state.progressCount, -2147483647 - 1);
+  EXPECT_EQ(fixture.text(), ".");
+}
+
 TEST(Console, CountsOnWithoutProgressDisplay) {
   ConsoleFixture fixture;
   fixture.console.disableProgress();

@@ -214,6 +214,7 @@ TEST(CleanUp, OfAnEmbeddedLauncherKeepsADirectoryThatHoldsMore) {
 TEST(CleanUp, KeepsTheFileOfALauncherThatIsNotEmbedded) {
   DriverRun run;
   run.script({"// nothing"});
+  run.state.originalLauncherMode = true;  // the copy for launching does not count here
   run.run({"-vs:orig"});
   run.end();
   EXPECT_TRUE(std::filesystem::exists(run.launcherFile));

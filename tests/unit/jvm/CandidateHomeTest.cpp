@@ -15,6 +15,10 @@ struct BadHome {
   const char* reason;
 };
 
+void PrintTo(const BadHome& item, std::ostream* out) {
+  *out << item.name;
+}
+
 const BadHome kBadNames[] = {
     {"Percent", "100%jdk", "its path holds a percent sign"},
     {"PercentPair", "%%", "its path holds a percent sign"},
@@ -76,10 +80,23 @@ TEST_P(BadHomesOnDisk, AreNotRun) {
   EXPECT_THAT(fixture.verified(), ElementsAre(good));
 }
 
-class OddHomes : public testing::TestWithParam<const char*> {
+struct OddHome {
+  const char* name;
+  const char* part;
+};
+
+void PrintTo(const OddHome& item, std::ostream* out) {
+  *out << item.name;
+}
+
+std::string oddName(const testing::TestParamInfo<OddHome>& item) {
+  return item.param.name;
+}
+
+class OddHomes : public testing::TestWithParam<OddHome> {
  protected:
   std::unique_ptr<JVMMatch> verifyReal() {
-    const std::string home = "homes/" + std::string(GetParam());
+    const std::string home = "homes/" + std::string(GetParam().part);
     fixture.tree.program(home + "/bin/java", "#!/bin/sh\necho 1739021872\necho 17\n");
     fixture.runForReal();
     return fixture.jvmFile(jvmFileText("17"))
@@ -89,9 +106,16 @@ class OddHomes : public testing::TestWithParam<const char*> {
   JvmFixture fixture;
 };
 
-INSTANTIATE_TEST_SUITE_P(Names, OddHomes,
-                         testing::Values("my java", "it's", "a&b;c", "(x)", "*", "~", "-x", "<>|",
-                                         "a:b", "=", "a\\b", "a\\", "a#b", "\xC3\xA4", "\xFF"));
+INSTANTIATE_TEST_SUITE_P(
+    Names, OddHomes,
+    testing::Values(OddHome{"Blank", "my java"}, OddHome{"Tab", "a\tb"},
+                    OddHome{"Apostrophe", "it's"}, OddHome{"Operators", "a&b;c|d<e>"},
+                    OddHome{"Parentheses", "(x)"}, OddHome{"Star", "*"}, OddHome{"Tilde", "~"},
+                    OddHome{"Dash", "-x"}, OddHome{"Colon", "a:b"}, OddHome{"Equals", "="},
+                    OddHome{"Backslash", "a\\b"}, OddHome{"BackslashAtTheEnd", "a\\"},
+                    OddHome{"OneHash", "a#b"}, OddHome{"Umlaut", "\xC3\xA4"},
+                    OddHome{"NoText", "\xFF\x01"}),
+    oddName);
 
 TEST_P(OddHomes, AreVerifiedByARealProcess) {
   EXPECT_NE(verifyReal(), nullptr);
@@ -101,7 +125,11 @@ class UnfitHomes : public OddHomes {};
 
 // Macros and the shell read these in the command. Such a home is no match, and does no harm.
 INSTANTIATE_TEST_SUITE_P(Names, UnfitHomes,
-                         testing::Values("a\"b", "$x", "a@B@", "a@b", "#HOME#", "a\\\\b"));
+                         testing::Values(OddHome{"Quote", "a\"b"}, OddHome{"ShellVariable", "$x"},
+                                         OddHome{"OneAt", "a@b"}, OddHome{"TagMacro", "a@B@"},
+                                         OddHome{"EnvironmentMacro", "#HOME#"},
+                                         OddHome{"TwoBackslashes", "a\\\\b"}),
+                         oddName);
 
 TEST_P(UnfitHomes, AreNoMatchAndNoFailure) {
   EXPECT_EQ(verifyReal(), nullptr);

@@ -149,6 +149,7 @@ TEST_F(ExhaustiveSearch, AMatchOfTheFirstFileEndsTheWalk) {
   EXPECT_THAT(findAll(true), ElementsAre(homes[1]));
   EXPECT_THAT(fixture.verified(), ElementsAre(homes[0], homes[1]));
   EXPECT_FALSE(fixture.run.log.contains(kProcessing));
+  ASSERT_TRUE(fixture.files.foundMatch());
   EXPECT_EQ(str(fixture.files.foundMatch()->home()), homes[1]);
 }
 

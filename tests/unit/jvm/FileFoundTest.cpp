@@ -10,8 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Reports files to the collection before the search walks an empty tree: what it then verifies is
-/// nothing of these, so a test looks at what was verified at once.
+/// Reports files behind a search of an empty tree: what is verified then is verified at once.
 class FileFound : public testing::Test {
  protected:
   FileFound() { fixture.search.fileSystemRoot = text(fixture.tree.dir("empty")); }
@@ -31,6 +30,7 @@ TEST_F(FileFound, AMatchOfTheFirstFileStopsTheWalk) {
   startSearch(true);
   const std::string home = fixture.home("jdk", "17");
   EXPECT_TRUE(report(home + "/bin/java"));
+  ASSERT_TRUE(fixture.files.foundMatch());
   EXPECT_EQ(str(fixture.files.foundMatch()->home()), home);
 }
 

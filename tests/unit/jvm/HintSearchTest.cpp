@@ -53,6 +53,10 @@ struct Kind {
   const char* line;
 };
 
+void PrintTo(const Kind& item, std::ostream* out) {
+  *out << item.name;
+}
+
 class EachKindOfHints : public Hints, public testing::WithParamInterface<Kind> {};
 
 INSTANTIATE_TEST_SUITE_P(
@@ -164,22 +168,28 @@ TEST_F(Hints, PathHintsAreTriedInOrderUpToTheFirstMatch) {
 }
 
 struct LauncherPath {
+  const char* name;
   const char* launcher;
   const char* hint;
   const char* candidate;
 };
 
+void PrintTo(const LauncherPath& item, std::ostream* out) {
+  *out << item.name;
+}
+
 class RelativeHint : public Hints, public testing::WithParamInterface<LauncherPath> {};
 
-INSTANTIATE_TEST_SUITE_P(Launchers, RelativeHint,
-                         testing::Values(LauncherPath{"/mnt/cd/setup.bin", "jre", "/mnt/cd/jre"},
-                                         LauncherPath{"/mnt/cd/setup.bin", "../jre",
-                                                      "/mnt/cd/../jre"},
-                                         LauncherPath{"/mnt/cd/setup.bin", "\"\"", "/mnt/cd/"},
-                                         LauncherPath{"/mnt/cd\\setup.bin", "jre", "/mnt/cd/jre"},
-                                         LauncherPath{"/setup.bin", "jre", "/jre"},
-                                         LauncherPath{"//setup.bin", "jre", "/jre"},
-                                         LauncherPath{"setup.bin", "jre", "jre"}));
+INSTANTIATE_TEST_SUITE_P(
+    Launchers, RelativeHint,
+    testing::Values(LauncherPath{"Plain", "/mnt/cd/setup.bin", "jre", "/mnt/cd/jre"},
+                    LauncherPath{"Upwards", "/mnt/cd/setup.bin", "../jre", "/mnt/cd/../jre"},
+                    LauncherPath{"Empty", "/mnt/cd/setup.bin", "\"\"", "/mnt/cd/"},
+                    LauncherPath{"Backslash", "/mnt/cd\\setup.bin", "jre", "/mnt/cd/jre"},
+                    LauncherPath{"RootDirectory", "/setup.bin", "jre", "/jre"},
+                    LauncherPath{"TwoSlashes", "//setup.bin", "jre", "/jre"},
+                    LauncherPath{"NoDirectory", "setup.bin", "jre", "jre"}),
+    [](const auto& item) { return item.param.name; });
 
 TEST_P(RelativeHint, IsJoinedToTheDirectoryOfTheLauncher) {
   fixture.launcherFileName = GetParam().launcher;

@@ -96,22 +96,35 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"TheLastLineNeedsNoEnd", "1739021872\na\nx", {"a", "b"}, false}),
     nameOf);
 
-class WithoutMagicLine : public testing::TestWithParam<std::pair<const char*, const char*>> {};
+struct Failure {
+  const char* name;
+  const char* output;
+  const char* lastLine;
+};
 
-INSTANTIATE_TEST_SUITE_P(
-    Outputs, WithoutMagicLine,
-    testing::Values(std::pair("", ""), std::pair("Error: no such class\n", "Error: no such class"),
-                    std::pair("one\ntwo", "two"), std::pair("one\n\n", ""),
-                    std::pair("  two \r\n", "two"), std::pair("17390218720\n", "17390218720"),
-                    std::pair("x1739021872\n", "x1739021872"),
-                    std::pair("a 1739021872\nend\n", "end")));
+void PrintTo(const Failure& item, std::ostream* out) {
+  *out << item.name;
+}
+
+class WithoutMagicLine : public testing::TestWithParam<Failure> {};
+
+INSTANTIATE_TEST_SUITE_P(Outputs, WithoutMagicLine,
+                         testing::Values(Failure{"Nothing", "", ""},
+                                         Failure{"OneLine", "Error: none\n", "Error: none"},
+                                         Failure{"LastLineWithoutItsEnd", "one\ntwo", "two"},
+                                         Failure{"LastLineIsEmpty", "one\n\n", ""},
+                                         Failure{"LastLineIsTrimmed", "  two \r\n", "two"},
+                                         Failure{"Longer", "17390218720\n", "17390218720"},
+                                         Failure{"TextAhead", "x1739021872\n", "x1739021872"},
+                                         Failure{"InsideALine", "a 1739021872\nend\n", "end"}),
+                         [](const auto& item) { return item.param.name; });
 
 TEST_P(WithoutMagicLine, IsRejectedWithTheLastLineInTheLog) {
-  const auto& [output, last] = GetParam();
   RecordingLog log;
-  EXPECT_FALSE(matches(output, {}, log));
-  EXPECT_THAT(log.texts(), ElementsAre(std::string("Invalid magic value: ") + last + "\n"));
-  EXPECT_EQ(log.lines().front().level, LogLevel::Error);
+  EXPECT_FALSE(matches(GetParam().output, {}, log));
+  EXPECT_THAT(log.lines(), ElementsAre(RecordingLog::Line{
+                               std::string("Invalid magic value: ") + GetParam().lastLine + "\n",
+                               LogLevel::Error}));
 }
 
 }  // namespace

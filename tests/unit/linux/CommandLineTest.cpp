@@ -26,7 +26,7 @@ struct Case {
 };
 
 void PrintTo(const Case& item, std::ostream* out) {
-  *out << item.commandLine;
+  *out << item.name;
 }
 
 std::string nameOf(const testing::TestParamInfo<Case>& item) {
