@@ -120,12 +120,13 @@ TEST_F(DefaultFlow, TellsTheUserWhenThereIsNoJava) {
 
 TEST_F(DefaultFlow, HandsTheArgumentsOnAsTheyAre) {
   addInstaller(std::string(kJavaCommand) + " 2>/dev/null");
-  const ProcessResult result =
-      run({"two words", "a\"b", "it's", "", "-foo", "-vs:unknown", "-vs:Version", "tab\there"});
-  EXPECT_THAT(result, Ended(0, "Demo\n" + programOutput(tree.path("java17"),
-                                                        "ARG=two words\nARG=a\"b\nARG=it's\nARG=\n"
-                                                        "ARG=-foo\nARG=-vs:unknown\n"
-                                                        "ARG=-vs:Version\nARG=tab\there\n")));
+  const ProcessResult result = run({"two words", "a\"b", "it's", "", "-foo", "-vs:unknown",
+                                    "-vs:Version", "tab\there", "\xFF\x80"});
+  EXPECT_THAT(result,
+              Ended(0, "Demo\n" + programOutput(tree.path("java17"),
+                                                "ARG=two words\nARG=a\"b\nARG=it's\nARG=\n"
+                                                "ARG=-foo\nARG=-vs:unknown\n"
+                                                "ARG=-vs:Version\nARG=tab\there\nARG=\xFF\x80\n")));
 }
 
 TEST_F(DefaultFlow, HandsTheConsoleOptionsOnInTheProgramsWords) {

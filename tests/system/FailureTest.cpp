@@ -56,6 +56,13 @@ TEST_F(InputFailure, WithASyntaxError) {
   expectFailure({"-vs:in", path}, kNotLoaded + error + "\n" + error + "\n", error);
 }
 
+TEST_F(InputFailure, WithASyntaxErrorNamesTheFileAsItWasGiven) {
+  const std::string quoted = "\"" + tree.file("in put.tag", "oops\n") + "\"";
+  const std::string error =
+      "Syntax error in " + quoted + " at line 1 ==> Missing colon at the end of the tag name.";
+  expectFailure({"-vs:in", quoted}, kNotLoaded + error + "\n" + error + "\n", error);
+}
+
 TEST_F(InputFailure, WithAnUnclosedQuote) {
   const std::string path = tree.file("input.tag", "ACTION: \"SEARCH\n");
   const std::string error = "Expected double quote to end argument near 9";

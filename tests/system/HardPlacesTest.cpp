@@ -36,6 +36,17 @@ TEST_F(HardPlaces, AreDirectoriesThatAreGone) {
       Ended(0, "Demo\n" + tree.path("app") + "\narchive\n"));
 }
 
+TEST_F(HardPlaces, AreTempDirectoriesWithBlanksInTheirNames) {
+  tempRoot = tree.dir("temp/my own");
+  addInstaller("echo %CP%(); cat \"%APPLICATION_ARCHIVE%()\"");
+  file.add(kClassPathArchive, 29, "a.jar", "a")
+      .add(kApplicationArchive, 30, "app.zip", "archive\n");
+  const ProcessResult result = run();
+  EXPECT_EQ(maskTempNames(result.out), "Demo\n-cp :" + tempRoot + "/vsj/a.jar:\narchive\n");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(std::filesystem::remove(tempRoot)) << "the temporary root is not empty";
+}
+
 TEST_F(HardPlaces, AreTempDirectoriesThatCannotBeWritten) {
   if (::geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
   addInstaller();

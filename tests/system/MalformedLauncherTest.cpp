@@ -50,6 +50,7 @@ struct MalformedLauncher : SystemTest {
 
 TEST_F(MalformedLauncher, CannotBeOpened) {
   expectIndexError(runWithOriginal(tree.path("missing")), "Cannot open launcher file.");
+  EXPECT_FALSE(std::filesystem::exists(launcher)) << "an inner launcher goes away all the same";
 }
 
 TEST_F(MalformedLauncher, IsShorterThanItsTrailer) {
