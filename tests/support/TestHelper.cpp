@@ -1,15 +1,28 @@
 // Imitates other programs, for the tests of child processes. Its arguments are done in order:
 //
 //   exit N          end with status N
+//
 //   die N           end by signal N
-//   out N / err N   write N bytes to standard output or error: lines of 'o' or 'e'
+//
+//   out N, err N    write N bytes to standard output or error: lines of 'o' or 'e'
+//
 //   text T          write T and a line break to standard output
+//
 //   zero            write "before", a zero byte, "after" in one piece
+//
 //   close           close standard output and error
+//
 //   linger FILE     leave a grandchild that holds the streams until FILE is gone, then writes
-//   "late" args            print the remaining arguments, each ended by a zero byte env NAME print
-//   the value of a variable, or "(unset)" cwd             print the current directory fds print the
-//   open descriptors above 2, one a line
+//   "late"
+//
+//   args            print the remaining arguments, each ended by a zero byte
+//
+//   env NAME        print the value of a variable, or "(unset)"
+//
+//   cwd             print the current directory
+//
+//   fds             print the open descriptors above 2, one a line
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -25,9 +25,16 @@ std::optional<std::uint32_t> escapeAt(const SString& text, SString::Size positio
   return static_cast<std::uint32_t>(code);
 }
 
-void appendCharacter(SString& text, wchar_t character) {
+/// ASCII is the same in every locale; asking the C library only for the rest keeps it from loading
+/// a converter, which a static program on a foreign machine had better not do.
+void appendCharacter(SString& text, std::uint32_t code) {
+  constexpr std::uint32_t kAsciiEnd = 0x80;
+  if (code < kAsciiEnd) {
+    text += static_cast<char>(code);
+    return;
+  }
   char bytes[MB_LEN_MAX];
-  const int length = std::wctomb(bytes, character);
+  const int length = std::wctomb(bytes, static_cast<wchar_t>(code));
   if (length <= 0) {
     text += '?';
   } else {
@@ -52,7 +59,7 @@ SString wideToText(const std::vector<std::uint32_t>& codes) {
   SString text;
   for (const std::uint32_t code : codes) {
     if (code == 0) break;
-    appendCharacter(text, static_cast<wchar_t>(code));
+    appendCharacter(text, code);
   }
   return text;
 }
