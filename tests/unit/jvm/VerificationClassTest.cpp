@@ -1,4 +1,7 @@
 // The class that candidates run: what was set, or the embedded one.
+#include <cstdlib>
+#include <optional>
+
 #include <gtest/gtest.h>
 
 #include "unit/jvm/JvmFixture.h"
@@ -10,8 +13,26 @@ constexpr int kJvmFileType = 1;
 constexpr int kArchiveType = 3;
 constexpr int kVerificationType = 5;
 
-TEST(VerificationClass, IsTheOneThatWasSet) {
+/// The C library would prefer the directory that TMPDIR names to the run's temporary root.
+class EmbeddedClass : public testing::Test {
+ protected:
+  void SetUp() override {
+    const char* value = std::getenv(kTmpdir);
+    if (value != nullptr) tmpdir_ = value;
+    ::unsetenv(kTmpdir);
+  }
+  void TearDown() override {
+    if (tmpdir_) ::setenv(kTmpdir, tmpdir_->c_str(), 1);
+  }
+
   JvmFixture fixture;
+
+ private:
+  static constexpr const char* kTmpdir = "TMPDIR";
+  std::optional<std::string> tmpdir_;
+};
+
+TEST_F(EmbeddedClass, IsTheOneThatWasSet) {
   fixture.file.add(kVerificationType, 1, "verify.jar", "embedded");
   fixture.load();
   fixture.files.setVerificationClass("cp", "Name");
@@ -19,8 +40,7 @@ TEST(VerificationClass, IsTheOneThatWasSet) {
   EXPECT_EQ(fixture.files.verificationClass().className, "Name");
 }
 
-TEST(VerificationClass, OneSettingKeepsTheEmbeddedOneOut) {
-  JvmFixture fixture;
+TEST_F(EmbeddedClass, OneSettingKeepsTheEmbeddedOneOut) {
   fixture.file.add(kVerificationType, 1, "verify.jar", "embedded");
   fixture.load();
   fixture.files.setVerificationClass("", "Name");
@@ -32,16 +52,14 @@ TEST(VerificationClass, OneSettingKeepsTheEmbeddedOneOut) {
   EXPECT_TRUE(fixture.tree.list("temp").empty());
 }
 
-TEST(VerificationClass, IsEmptyWithoutAnEmbeddedOne) {
-  JvmFixture fixture;
+TEST_F(EmbeddedClass, IsEmptyWithoutAnEmbeddedOne) {
   fixture.file.add(kArchiveType, 1, "app.jar", "archive");
   fixture.load();
   EXPECT_EQ(fixture.files.verificationClass().classPath, "");
   EXPECT_EQ(fixture.files.verificationClass().className, "");
 }
 
-TEST(VerificationClass, IsTheFirstEmbeddedOneExtracted) {
-  JvmFixture fixture;
+TEST_F(EmbeddedClass, IsTheFirstEmbeddedOneExtracted) {
   fixture.file.add(kArchiveType, 1, "app.jar", "archive")
       .add(kVerificationType, 2, "verify.jar", "first")
       .add(kVerificationType, 3, "other.jar", "second");
@@ -58,8 +76,7 @@ TEST(VerificationClass, IsTheFirstEmbeddedOneExtracted) {
   EXPECT_EQ(readFile(file), "first");
 }
 
-TEST(VerificationClass, IsExtractedOnceARun) {
-  JvmFixture fixture;
+TEST_F(EmbeddedClass, IsExtractedOnceARun) {
   fixture.file.add(kVerificationType, 2, "verify.jar", "class");
   fixture.load();
   const std::string first = str(fixture.files.verificationClass().classPath);
@@ -69,8 +86,7 @@ TEST(VerificationClass, IsExtractedOnceARun) {
   EXPECT_EQ(fixture.tree.list("temp").size(), 2U);  // a directory and the copy in it
 }
 
-TEST(VerificationClass, ReachesTheCommandOfASearch) {
-  JvmFixture fixture;
+TEST_F(EmbeddedClass, ReachesTheCommandOfASearch) {
   fixture.file.add(kJvmFileType, 1, "any", "").add(kVerificationType, 2, "verify.jar", "class");
   fixture.load();
   fixture.add(jvmFileText("17"));
@@ -83,8 +99,7 @@ TEST(VerificationClass, ReachesTheCommandOfASearch) {
   EXPECT_TRUE(command.ends_with(" \"Verify\" java.version")) << command;
 }
 
-TEST(VerificationClass, IsExtractedBeforeTheFirstCandidateIsShown) {
-  JvmFixture fixture;
+TEST_F(EmbeddedClass, IsExtractedBeforeTheFirstCandidateIsShown) {
   fixture.file.add(kVerificationType, 2, "verify.jar", "class");
   fixture.load();
   fixture.find();
