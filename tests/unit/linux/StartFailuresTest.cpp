@@ -62,12 +62,12 @@ void limitDescriptors(rlim_t count) {
 /// Runs a captured command that cannot be started and prints where that leaves the process.
 ForkedResult failToStart(const TempTree& tree, const std::function<void()>& prepare) {
   return runForked([&] {
-    ChildRunner runner;
-    // UBSan needs descriptors the first time it looks at a type.
-    static_cast<void>(runner.capture("exit 0", tree.root()));
+    // UBSan needs descriptors the first time it looks at a type: the same once, with enough of
+    // them.
+    static_cast<void>(failureOf(tree.path("missing")));
     prepare();
     try {
-      static_cast<void>(runner.capture("exit 0", tree.root()));
+      ChildRunner().capture("exit 0", tree.root());
     } catch (const LauncherException&) {
       char directory[4096] = {};
       if (::getcwd(directory, sizeof(directory)) != nullptr) {
