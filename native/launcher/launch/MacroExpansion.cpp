@@ -13,8 +13,8 @@ constexpr SString::Size kShortestMacro = 2;
 /// No command has so many macros, and none that the system would run grows so far: a value leads
 /// back to itself. The second bound keeps a value that grows with every turn from filling the
 /// memory first.
-constexpr int kMostExpansions = 100000;
-constexpr std::uint64_t kMostGrowth = std::uint64_t{1} << 20;
+constexpr int kMostExpansions = 10000;
+constexpr std::uint64_t kMostGrowth = std::uint64_t{1} << 18;
 
 void collapseDoubled(SString& text, char delimiter) {
   const char doubled[] = {delimiter, delimiter};
