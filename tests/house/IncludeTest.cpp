@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "house/SourceTree.h"
+#include "support/BuildPaths.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {
@@ -37,7 +38,7 @@ std::set<std::string> roomsIn(const std::string& cell) {
 /// The rows of the first table of the design page.
 Rules readRules() {
   Rules rules;
-  std::istringstream page(readFile(std::string(VESSANT_SOURCE_DIR) + "/docs/design.md"));
+  std::istringstream page(readFile(std::string(kSourceDir) + "/docs/design.md"));
   for (std::string line; std::getline(page, line);) {
     const bool isRow = line.starts_with("| ") && !line.starts_with("| room |");
     if (isRow) rules[cellsOf(line).at(1)] = roomsIn(cellsOf(line).at(2));

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/BuildPaths.h"
+
 namespace vessant::test {
 namespace {
 
@@ -41,7 +43,7 @@ std::vector<std::string> SourceFile::includes() const {
 }
 
 std::vector<SourceFile> sourceFiles() {
-  const fs::path top = fs::path(VESSANT_SOURCE_DIR) / "native";
+  const fs::path top = fs::path(kSourceDir) / "native";
   std::vector<SourceFile> files;
   for (const auto& entry : fs::recursive_directory_iterator(top)) {
     const std::string ending = entry.path().extension().string();

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include "support/BuildPaths.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {
@@ -24,7 +25,7 @@ LauncherFileBuilder& LauncherFileBuilder::stub(std::string_view bytes) {
 }
 
 LauncherFileBuilder& LauncherFileBuilder::launcherStub() {
-  return stub(readFile(VESSANT_LAUNCHER));
+  return stub(readFile(kLauncher));
 }
 
 LauncherFileBuilder& LauncherFileBuilder::add(int type, std::uint32_t id, std::string_view name,

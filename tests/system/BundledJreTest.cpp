@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "support/BuildPaths.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -26,9 +27,9 @@ TEST(BundledJre, IsUnpackedUsedAndTakenAwayWhereThereIsNoJava) {
   TempTree tree;
   const std::string temp = tree.dir("temp");
   const std::string installer = tree.path("installer");
-  const std::string example = std::string(VESSANT_SOURCE_DIR) + "/examples/bundled-jre/";
+  const std::string example = std::string(kSourceDir) + "/examples/bundled-jre/";
   const ProcessResult made =
-      runProcess({.command = {"/bin/sh", example + "make-installer", VESSANT_BINARY_DIR, installer},
+      runProcess({.command = {"/bin/sh", example + "make-installer", kBinaryDir, installer},
                   .environment = {{"PATH", pathVariable()}, {"TMPDIR", tree.dir("work")}}});
   ASSERT_EQ(made.status, 0) << made.out << made.err;
 

@@ -1,5 +1,6 @@
 // The main job: find a JVM by its hints, run the program with it, end as the program ended.
 
+#include "support/BuildPaths.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -210,7 +211,7 @@ TEST_F(DefaultFlow, ListsItsFilesInTheLogFirst) {
   addScript({"SET N1 = 1"});
   pack();
   EXPECT_THAT(runLogged(), Ended(0, "\n"));
-  const std::size_t stub = std::filesystem::file_size(VESSANT_LAUNCHER);
+  const std::size_t stub = std::filesystem::file_size(kLauncher);
   EXPECT_EQ(log(),
             "------------------\nfile type: 6\n  file id: 4294967295\n  length: 5\n  offset: " +
                 std::to_string(stub) +

@@ -1,5 +1,6 @@
 // How a run ends: with the program's exit status, and with its errors when it failed.
 
+#include "support/BuildPaths.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -46,11 +47,11 @@ TEST_F(LaunchFailure, HasNoTextWhenTheProgramHasTheConsole) {
 
 TEST_F(LaunchFailure, IsShownWholeHoweverLongItIs) {
   addScript({"ILAUNCH 3 0"});
-  addLaunchScript(std::string(VESSANT_TEST_HELPER) + " out 300000 err 200000 exit 3", "");
+  addLaunchScript(std::string(kTestHelper) + " out 300000 err 200000 exit 3", "");
   addJvmFile("17");
   const ProcessResult result = runLogged();
   EXPECT_EQ(result.status, 3);
-  const ProcessResult alone = runCommand({VESSANT_TEST_HELPER, "out", "300000", "err", "200000"});
+  const ProcessResult alone = runCommand({kTestHelper, "out", "300000", "err", "200000"});
   EXPECT_TRUE(result.out == "Demo\n" + alone.err + "\n") << result.out.size() << " bytes";
   EXPECT_TRUE(log().ends_with("\nStdOut:\n" + alone.out + "\nErrOut:\n" + alone.err + "\n"));
 }

@@ -7,6 +7,7 @@
 
 #include <iconv.h>
 
+#include "support/BuildPaths.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -49,7 +50,7 @@ std::string convert(const std::string& text, const char* charset) {
 class Texts {
  public:
   explicit Texts(const Language& language) {
-    std::ifstream file(std::string(VESSANT_SOURCE_DIR) + "/native/launcher/driver/messages/" +
+    std::ifstream file(std::string(kSourceDir) + "/native/launcher/driver/messages/" +
                        language.code + ".msg");
     for (std::string line; std::getline(file, line);) {
       const std::size_t open = line.find('"');

@@ -1,6 +1,7 @@
 // Launcher files that are damaged: each ends with its own text and status 255, at once, and leaves
 // nothing behind.
 
+#include "support/BuildPaths.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -28,7 +29,7 @@ std::string entryHead(char type, std::uint32_t length, std::uint32_t offset,
 struct MalformedLauncher : SystemTest {
   /// Packs the real launcher with this index and a right trailer.
   void packWithIndex(const std::string& index) {
-    const std::string stub = readFile(VESSANT_LAUNCHER);
+    const std::string stub = readFile(kLauncher);
     packBytes(stub + index + bigEndian32(static_cast<std::uint32_t>(stub.size())) +
               kIdentification);
   }
@@ -177,7 +178,7 @@ TEST_F(MalformedLauncher, HasAFileThatLiesBehindItsEnd) {
 }
 
 TEST_F(MalformedLauncher, HasAnArchiveThatIsCutShort) {
-  const std::string stub = readFile(VESSANT_LAUNCHER);
+  const std::string stub = readFile(kLauncher);
   const std::string script = tagBlock("INSTRUCTIONS", {"ILAUNCH 7 0"});
   const std::string launch =
       tag("COMMAND", "wc -c < %APPLICATION_ARCHIVE%()") + "DISPLAY_CONSOLE: 1\n";

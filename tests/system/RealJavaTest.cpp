@@ -5,6 +5,7 @@
 #include <optional>
 #include <sstream>
 
+#include "support/BuildPaths.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -15,8 +16,8 @@ namespace fs = std::filesystem;
 using ::testing::EndsWith;
 using ::testing::StartsWith;
 
-const std::string kShare = std::string(VESSANT_BINARY_DIR) + "/share/";
-const std::string kExamples = std::string(VESSANT_SOURCE_DIR) + "/examples/";
+const std::string kShare = std::string(kBinaryDir) + "/share/";
+const std::string kExamples = std::string(kSourceDir) + "/examples/";
 
 struct Jdk {
   std::string home;

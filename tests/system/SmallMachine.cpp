@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include "support/BuildPaths.h"
+
 namespace vessant::test {
 namespace {
 
@@ -30,7 +32,7 @@ void SmallMachine::SetUp() {
   tree.file(inTree("/dev/null"));
   const std::string shell = "/bin/sh";
   copy(shell);
-  for (const std::string& program : {shell, std::string(VESSANT_LAUNCHER)}) {
+  for (const std::string& program : {shell, std::string(kLauncher)}) {
     for (const std::string& library : librariesOf(program)) copy(library);
   }
 #ifdef __SANITIZE_ADDRESS__

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/BuildPaths.h"
 #include "support/ProcessRunner.h"
 #include "support/TempTree.h"
 
@@ -67,8 +68,8 @@ class MessageCompiler {
   ProcessResult run() {
     tree_.file("en.msg", english);
     tree_.file("xx.msg", other);
-    return runProcess({.command = {VESSANT_MESSAGE_COMPILER, output(), tree_.path("en.msg"),
-                                   tree_.path("xx.msg")}});
+    return runProcess(
+        {.command = {kMessageCompiler, output(), tree_.path("en.msg"), tree_.path("xx.msg")}});
   }
 
   [[nodiscard]] std::string output() const { return tree_.path("Catalog.cpp"); }
@@ -107,7 +108,7 @@ TEST(MessageCompiler, EscapesABytesWithAllThreeDigits) {
 TEST(MessageCompiler, TellsHowItIsUsed) {
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{}, std::vector<std::string>{"Catalog.cpp"}}) {
-    std::vector<std::string> command = {VESSANT_MESSAGE_COMPILER};
+    std::vector<std::string> command = {kMessageCompiler};
     command.insert(command.end(), arguments.begin(), arguments.end());
     const ProcessResult result = runProcess({.command = command});
     EXPECT_EQ(result.status, 2);
@@ -119,7 +120,7 @@ TEST(MessageCompiler, NamesAFileThatIsNotThere) {
   MessageCompiler compiler;
   const std::string missing = compiler.path("yy.msg");
   const ProcessResult result = runProcess(
-      {.command = {VESSANT_MESSAGE_COMPILER, compiler.output(), compiler.path("en.msg"), missing}});
+      {.command = {kMessageCompiler, compiler.output(), compiler.path("en.msg"), missing}});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err, missing + ":1: cannot be opened\n");
   EXPECT_FALSE(compiler.hasWritten());
@@ -128,9 +129,8 @@ TEST(MessageCompiler, NamesAFileThatIsNotThere) {
 TEST(MessageCompiler, SaysWhenItCannotWrite) {
   MessageCompiler compiler;
   const std::string output = compiler.path("no/such/Catalog.cpp");
-  const ProcessResult result =
-      runProcess({.command = {VESSANT_MESSAGE_COMPILER, output, compiler.path("en.msg"),
-                              compiler.path("xx.msg")}});
+  const ProcessResult result = runProcess(
+      {.command = {kMessageCompiler, output, compiler.path("en.msg"), compiler.path("xx.msg")}});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err, output + ": cannot be written\n");
 }

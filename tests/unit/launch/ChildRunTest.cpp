@@ -3,6 +3,7 @@
 
 #include "LaunchRoom.h"
 #include "launcher/linux/LinuxPlatformImpl.h"
+#include "support/BuildPaths.h"
 
 namespace vessant::test {
 namespace {
@@ -34,13 +35,15 @@ TEST_F(ChildRun, HandsTheArgumentsOverAsTheyWere) {
     given.insert(given.end(), {"text", argument});
     expected += argument + "\n";
   }
-  EXPECT_EQ(execute("\"" VESSANT_TEST_HELPER "\"", given), 0);
+  EXPECT_EQ(execute("\"" + std::string(kTestHelper) + "\"", given), 0);
   EXPECT_EQ(output, expected);
 }
 
 TEST_F(ChildRun, ShowsItsDirectoryHomeAndStatus) {
   setJvmTag("JVM_HOME", "/opt/java");
-  EXPECT_EQ(execute("\"" VESSANT_TEST_HELPER "\"", {"cwd", "env", "JAVA_HOME", "exit", "42"}), 42);
+  EXPECT_EQ(
+      execute("\"" + std::string(kTestHelper) + "\"", {"cwd", "env", "JAVA_HOME", "exit", "42"}),
+      42);
   EXPECT_EQ(output, tree.path("app") + "\n/opt/java\n");
 }
 

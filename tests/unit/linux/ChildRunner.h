@@ -4,6 +4,7 @@
 #include <string>
 
 #include "launcher/linux/LinuxPlatformImpl.h"
+#include "support/BuildPaths.h"
 #include "support/FakeRun.h"
 #include "support/TempTree.h"
 
@@ -11,7 +12,7 @@ namespace vessant::test {
 
 /// A command line that makes the test helper do `actions`.
 [[nodiscard]] inline std::string helper(const std::string& actions) {
-  return "\"" VESSANT_TEST_HELPER "\" " + actions;
+  return "\"" + std::string(kTestHelper) + "\" " + actions;
 }
 
 [[nodiscard]] inline SString text(const std::string& bytes) {

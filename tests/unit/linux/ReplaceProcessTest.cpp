@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/BuildPaths.h"
 #include "unit/linux/ChildRunner.h"
 #include "unit/linux/ForkedRun.h"
 
@@ -45,7 +46,7 @@ TEST(ReplaceProcess, IgnoresTheWorkingDirectory) {
 }
 
 TEST(ReplaceProcess, LooksForTheProgramOnThePath) {
-  const std::filesystem::path program = VESSANT_TEST_HELPER;
+  const std::filesystem::path program = kTestHelper;
   const ForkedResult result = runForked([&] {
     ::setenv("PATH", program.parent_path().c_str(), 1);
     ChildRunner runner;

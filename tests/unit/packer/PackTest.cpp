@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "support/BuildPaths.h"
 #include "support/LauncherFileBuilder.h"
 #include "support/ProcessRunner.h"
 #include "support/TempTree.h"
@@ -30,7 +31,7 @@ class PackTest : public testing::Test {
   }
 
   ProcessResult vspack(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), VESSANT_VSPACK);
+    arguments.insert(arguments.begin(), kVspack);
     ProcessRequest request{arguments};
     request.directory = tree.root();
     return runProcess(request);
