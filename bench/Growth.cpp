@@ -7,7 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/StdFile.h"
 #include "launcher/instructions/InstructionScript.h"
 #include "launcher/tagfile/TagFile.h"

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "launcher/archive/LauncherFile.h"
-#include "launcher/base/LogSink.h"
-#include "launcher/base/MessageSource.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {

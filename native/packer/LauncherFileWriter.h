@@ -1,8 +1,7 @@
 // Writes installers: a launcher with files, their index, the mode byte and the trailer behind it.
 #pragma once
 
-#include "launcher/base/LogSink.h"
-#include "launcher/base/MessageSource.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "packer/Manifest.h"
 

@@ -1,8 +1,7 @@
 // Shows what an installer carries.
 #pragma once
 
-#include "launcher/base/LogSink.h"
-#include "launcher/base/MessageSource.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {

@@ -19,7 +19,7 @@
 #include <vector>
 
 #include "launcher/archive/LauncherFormat.h"
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {

@@ -5,8 +5,7 @@
 #include <cstdio>
 
 #include "launcher/archive/FileIndexEntry.h"
-#include "launcher/base/LogSink.h"
-#include "launcher/base/MessageSource.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {

@@ -21,22 +21,27 @@ class PtrDE : public DequeEntry {
   ~PtrDE() override { delete static_cast<Payload*>(payload()); }
 };
 
+/// Walks a list whose entries own `Payload` objects (const for a list that hands out its payloads
+/// to be read only). Good until the list changes.
+template <class Payload>
+class DequeIterator {
+ public:
+  DequeIterator(const GenericDeque* list, std::int32_t index) : list_(list), index_(index) {}
+  Payload& operator*() const { return *static_cast<Payload*>(list_->entryAt(index_)->payload()); }
+  DequeIterator& operator++() { return ++index_, *this; }
+  bool operator==(const DequeIterator& other) const { return index_ == other.index_; }
+
+ private:
+  const GenericDeque* list_;
+  std::int32_t index_;
+};
+
 /// A list that owns its `Payload` objects. References into the list stay good until their own
 /// entry is removed; iterators only until the list changes.
 template <class Payload>
 class PtrDeque : public GenericDeque {
  public:
-  class Iterator {
-   public:
-    Iterator(const PtrDeque* list, std::int32_t index) : list_(list), index_(index) {}
-    Payload& operator*() const { return *list_->get(index_); }
-    Iterator& operator++() { return ++index_, *this; }
-    bool operator==(const Iterator& other) const { return index_ == other.index_; }
-
-   private:
-    const PtrDeque* list_;
-    std::int32_t index_;
-  };
+  using Iterator = DequeIterator<Payload>;
 
   /// Appends; the list takes ownership.
   void add(std::unique_ptr<Payload> payload) { insert(kAppend, std::move(payload)); }
@@ -53,8 +58,8 @@ class PtrDeque : public GenericDeque {
   /// The last payload, or null when the list is empty.
   [[nodiscard]] Payload* getLast() const { return get(count() - 1); }
 
-  [[nodiscard]] Iterator begin() const { return Iterator(this, 0); }
-  [[nodiscard]] Iterator end() const { return Iterator(this, count()); }
+  [[nodiscard]] Iterator begin() const { return {this, 0}; }
+  [[nodiscard]] Iterator end() const { return {this, count()}; }
 };
 
 }  // namespace vessant

@@ -1,15 +1,128 @@
-// What a lower room may use of the run it is part of. The driver fills this record once and hands
-// it down by reference; nothing below the driver knows more of the run.
+// What a lower room may use of the run it is part of: the log, the display of progress, the
+// messages in the user's language, the cancel flag and the operating system. The driver fills
+// RunServices once and hands it down by reference; nothing below the driver knows more of the run.
+// Tests bring their own of each.
+//
+// None of the interfaces keeps what it is given beyond a call.
 #pragma once
 
-#include "launcher/base/CancelFlag.h"
-#include "launcher/base/LogSink.h"
-#include "launcher/base/MessageSource.h"
-#include "launcher/base/Platform.h"
-#include "launcher/base/ProgressSink.h"
+#include <csignal>
+#include <cstdint>
+
+#include "launcher/base/SString.h"
 
 namespace vessant {
 
+enum class LogLevel : int { Information = 0, Warning = 1, Error = 2 };
+
+/// Where every room writes its log lines.
+class LogSink {
+ public:
+  virtual ~LogSink() = default;
+  /// Writes one line, or as many as `text` has. A log that cannot be written is no error.
+  virtual void log(const SString& text, LogLevel level) = 0;
+};
+
+/// What the search is doing; the numbers are those of the display's lines.
+enum class SearchPhase : int { None = 0, Searching = 1, Scanning = 2, Verifying = 3 };
+
+/// What every room may show of its progress.
+class ProgressSink {
+ public:
+  virtual ~ProgressSink() = default;
+  /// Moves the display on by `count` steps.
+  virtual void addProgressDots(std::int32_t count) = 0;
+  /// Shows the line of a phase, filled with `text` (the description of a Java VM).
+  virtual void showSearchPhase(SearchPhase phase, const SString& text) = 0;
+};
+
+/// The error texts that the launcher's own code raises; the numbers are those of the catalog.
+enum class ErrorId : int {
+  InputFileNotLoaded = 0,
+  InstructionsNotLoaded = 1,
+  LaunchScriptNotLoaded = 2,
+  JvmFileNotLoaded = 3,
+  InvalidJvmFileId = 4,
+  InvalidAction = 5,
+  MissingLogFileName = 6,
+  ExtractionFailed = 7,
+  IndexNotLoaded = 8,
+  NoJvmInstaller = 9,
+  InvalidJvm = 10,
+  MissingInputFileName = 11,
+  NoJvmFound = 12,
+  SearchAllFailed = 13,
+  InputFileNotOpened = 14,
+  WriteFailed = 15,
+  TempSpaceHint = 16,
+  Canceled = 17,
+  TempRootMissing = 18,
+};
+
+/// The launcher's messages in the user's language, for rooms that put them into their exceptions.
+class MessageSource {
+ public:
+  virtual ~MessageSource() = default;
+  /// The text as it is stored, without substitution; empty for an unknown number.
+  [[nodiscard]] virtual SString errorText(ErrorId error) const = 0;
+  /// The text with `argument` in place of its "%s".
+  [[nodiscard]] virtual SString formatError(ErrorId error, const SString& argument) const = 0;
+};
+
+/// Tells long work that the user wants it to end. Work reads it between two pieces: between chunks,
+/// directory entries and candidates.
+class CancelFlag {
+ public:
+  /// Safe in a signal handler.
+  void set() { set_ = 1; }
+  [[nodiscard]] bool isSet() const { return set_ != 0; }
+
+ private:
+  volatile std::sig_atomic_t set_ = 0;
+};
+
+/// A command line to run, and how.
+struct ChildCommand {
+  /// The whole command line, for the shell.
+  SString command;
+  /// Where the child runs; empty means the launcher's current directory.
+  SString workingDirectory = {};
+  /// Accepted for callers that know about it, but without effect: the launcher always waits.
+  bool runInBackground = false;
+  /// Make pipes and collect what the child writes.
+  bool captureOutput = false;
+  /// Attach the child's standard output and error to those pipes.
+  bool redirectChildOutput = false;
+  /// Receive what was collected, appended. Not owned; may be null.
+  SString* stdoutText = nullptr;
+  SString* stderrText = nullptr;
+  /// Become the command instead of starting a child; the other settings are ignored then.
+  bool replaceProcess = false;
+};
+
+/// What the launcher asks of the operating system beyond files. The real one lies in linux/.
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  /// Runs a command to its end and returns its exit code: 0 to 255, 0 for a child ended by a
+  /// signal. `progress` moves on while output is collected. With `replaceProcess` it returns only
+  /// when the replacement failed, with 0. Throws LauncherException when the child could not be
+  /// started or waited for.
+  virtual std::int32_t executeCommand(const ChildCommand& command, ProgressSink& progress) = 0;
+
+  /// The value of an environment variable; empty when it is not set.
+  [[nodiscard]] virtual SString getEnvironmentVariable(const SString& name) const = 0;
+  /// Sets a variable for this process and every later child.
+  virtual void setEnvironmentVariable(const SString& name, const SString& value) = 0;
+
+  /// Whether the file system of `directory` can take `byteCount` more bytes in `fileCount` files.
+  /// Throws LauncherException with the system's text when the file system cannot be asked.
+  [[nodiscard]] virtual bool hasFreeSpace(const SString& directory, std::uint32_t byteCount,
+                                          std::uint32_t fileCount) const = 0;
+};
+
+/// The record that travels. It owns nothing; what it refers to lives as long as the run.
 struct RunServices {
   LogSink& logSink;
   ProgressSink& progress;

@@ -14,17 +14,7 @@ using SStringPtrDE = PtrDE<SString>;
 
 class StringDeque : public GenericDeque {
  public:
-  class Iterator {
-   public:
-    Iterator(const StringDeque* list, std::int32_t index) : list_(list), index_(index) {}
-    const SString& operator*() const { return list_->get(index_); }
-    Iterator& operator++() { return ++index_, *this; }
-    bool operator==(const Iterator& other) const { return index_ == other.index_; }
-
-   private:
-    const StringDeque* list_;
-    std::int32_t index_;
-  };
+  using Iterator = DequeIterator<const SString>;
 
   void add(const SString& text) { insert(kAppend, text); }
   /// Inserts as GenericDeque::insertEntry does.

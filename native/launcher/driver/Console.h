@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "launcher/base/ProgressSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/driver/Messages.h"
 

@@ -8,7 +8,7 @@
 
 #include "launcher/archive/LauncherFile.h"
 #include "launcher/archive/ModeByte.h"
-#include "launcher/base/CancelFlag.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
 #include "launcher/driver/Console.h"

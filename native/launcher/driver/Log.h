@@ -1,7 +1,7 @@
 // The launcher's log file.
 #pragma once
 
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {

@@ -3,8 +3,7 @@
 
 #include <optional>
 
-#include "launcher/base/MessageSource.h"
-#include "launcher/base/Platform.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/driver/MessageCatalog.h"
 

@@ -1,7 +1,7 @@
 // Environment variables that hold a list of directories, such as PATH.
 #pragma once
 
-#include "launcher/base/Platform.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
 

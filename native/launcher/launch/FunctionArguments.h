@@ -1,7 +1,7 @@
 // The argument list of a macro function: %NAME%("first", "second").
 #pragma once
 
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
 

@@ -4,7 +4,7 @@
 
 #include <csignal>
 
-#include "launcher/base/CancelFlag.h"
+#include "launcher/base/RunServices.h"
 
 namespace vessant {
 

@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-#include "launcher/base/Platform.h"
-#include "launcher/base/ProgressSink.h"
+#include "launcher/base/RunServices.h"
 
 namespace vessant {
 

@@ -1,7 +1,7 @@
 // The operating system's services on Linux.
 #pragma once
 
-#include "launcher/base/Platform.h"
+#include "launcher/base/RunServices.h"
 
 namespace vessant {
 

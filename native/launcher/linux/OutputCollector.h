@@ -3,7 +3,7 @@
 
 #include <sys/types.h>
 
-#include "launcher/base/ProgressSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {

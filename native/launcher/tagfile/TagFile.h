@@ -16,7 +16,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
 #include "launcher/tagfile/TagFileEntry.h"

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/tagfile/TagFileEntry.h"
 

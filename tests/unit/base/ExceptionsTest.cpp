@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/CancelFlag.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SystemError.h"
 #include "support/FakeRun.h"
 
