@@ -7,7 +7,7 @@
 #include "FuzzInput.h"
 #include "launcher/archive/LauncherFile.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/driver/Messages.h"
+#include "launcher/driver/output/Messages.h"
 
 namespace {
 

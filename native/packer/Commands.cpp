@@ -8,7 +8,7 @@
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/driver/Messages.h"
+#include "launcher/driver/output/Messages.h"
 #include "launcher/linux/LinuxPlatformImpl.h"
 #include "packer/LauncherFileWriter.h"
 #include "packer/Listing.h"

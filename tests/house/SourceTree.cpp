@@ -11,9 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::set<std::string> kGroundFloor = {"Messages", "MessageCatalog", "MessageCompiler",
-                                            "Console", "Log"};
-
 SourceFile readSource(const fs::path& file, const fs::path& top) {
   SourceFile source{file.lexically_relative(top).string(), {}};
   std::ifstream stream(file);
@@ -55,12 +52,9 @@ std::vector<SourceFile> sourceFiles() {
 }
 
 std::string roomOf(const std::string& path) {
-  const fs::path relative = path;
-  auto part = relative.begin();
-  if (*part == "packer") return "packer";
-  const std::string room = (++part)->string();
-  const bool isGround = room == "driver" && kGroundFloor.contains(relative.stem().string());
-  return isGround ? "driver/ground" : room;
+  const std::string launcher = "launcher/";
+  const std::string directory = fs::path(path).parent_path().string();
+  return directory.starts_with(launcher) ? directory.substr(launcher.size()) : directory;
 }
 
 }  // namespace vessant::test

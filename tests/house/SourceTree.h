@@ -12,7 +12,7 @@ struct SourceFile {
   std::string path;
   std::vector<std::string> lines;
 
-  /// The room: "base", ..., "driver/ground" for messages, console and log, "packer".
+  /// The directory that it lies in, without "launcher/": "base", "driver/output", "packer".
   [[nodiscard]] std::string room() const;
   /// The path without its ending: a header and its source are one unit.
   [[nodiscard]] std::string unit() const;

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "launcher/base/RunServices.h"
-#include "launcher/driver/Messages.h"
+#include "launcher/driver/output/Messages.h"
 
 namespace vessant {
 

@@ -50,7 +50,7 @@ std::string convert(const std::string& text, const char* charset) {
 class Texts {
  public:
   explicit Texts(const Language& language) {
-    std::ifstream file(std::string(kSourceDir) + "/native/launcher/driver/messages/" +
+    std::ifstream file(std::string(kSourceDir) + "/native/launcher/driver/output/messages/" +
                        language.code + ".msg");
     for (std::string line; std::getline(file, line);) {
       const std::size_t open = line.find('"');

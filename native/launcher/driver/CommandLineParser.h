@@ -4,10 +4,10 @@
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/driver/Console.h"
 #include "launcher/driver/LauncherState.h"
-#include "launcher/driver/Messages.h"
 #include "launcher/driver/OneShotActions.h"
+#include "launcher/driver/output/Console.h"
+#include "launcher/driver/output/Messages.h"
 
 namespace vessant {
 

@@ -11,8 +11,8 @@
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/driver/Console.h"
-#include "launcher/driver/Log.h"
+#include "launcher/driver/output/Console.h"
+#include "launcher/driver/output/Log.h"
 #include "launcher/instructions/InstructionActions.h"
 
 namespace vessant {

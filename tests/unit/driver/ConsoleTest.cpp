@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/driver/Console.h"
+#include "launcher/driver/output/Console.h"
 #include "support/FakeRun.h"
 #include "unit/driver/ProcessScope.h"
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/driver/Log.h"
+#include "launcher/driver/output/Log.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "launcher/driver/MessageCatalog.h"
+#include "launcher/driver/output/MessageCatalog.h"
 #include "unit/driver/MessageFile.h"
 
 namespace vessant::test {

@@ -39,8 +39,8 @@ const std::vector<CatalogRow>& catalogRows() {
 
 MessageFile readMessageFile(const std::string& language) {
   MessageFile file;
-  std::istringstream lines(
-      readFile(std::string(kSourceDir) + "/native/launcher/driver/messages/" + language + ".msg"));
+  std::istringstream lines(readFile(
+      std::string(kSourceDir) + "/native/launcher/driver/output/messages/" + language + ".msg"));
   for (std::string line; std::getline(lines, line);) {
     const std::size_t blank = line.find(' ');
     if (line.starts_with('#') || blank == std::string::npos) continue;

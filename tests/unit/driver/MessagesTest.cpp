@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/driver/Messages.h"
+#include "launcher/driver/output/Messages.h"
 #include "support/FakeRun.h"
 #include "unit/driver/MessageFile.h"
 

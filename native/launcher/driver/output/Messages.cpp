@@ -1,4 +1,4 @@
-#include "launcher/driver/Messages.h"
+#include "launcher/driver/output/Messages.h"
 
 #include <cstring>
 

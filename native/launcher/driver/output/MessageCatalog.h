@@ -1,5 +1,5 @@
 // The catalog of messages: one row of texts a language. The rows are made by the build from the
-// readable files in messages/.
+// readable files in messages/ beside this header.
 #pragma once
 
 namespace vessant {

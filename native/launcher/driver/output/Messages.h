@@ -5,7 +5,7 @@
 
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/driver/MessageCatalog.h"
+#include "launcher/driver/output/MessageCatalog.h"
 
 namespace vessant {
 

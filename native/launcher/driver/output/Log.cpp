@@ -1,4 +1,4 @@
-#include "launcher/driver/Log.h"
+#include "launcher/driver/output/Log.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "launcher/driver/Console.h"
+#include "launcher/driver/output/Console.h"
 
 #include "launcher/base/UnicodeEscapes.h"
 

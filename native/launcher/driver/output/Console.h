@@ -9,7 +9,7 @@
 
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/driver/Messages.h"
+#include "launcher/driver/output/Messages.h"
 
 namespace vessant {
 
