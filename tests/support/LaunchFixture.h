@@ -9,7 +9,7 @@
 #include "launcher/archive/LauncherFile.h"
 #include "launcher/archive/ModeByte.h"
 #include "launcher/archive/TempFiles.h"
-#include "launcher/jvm/JVMSearchContext.h"
+#include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/tagfile/TagFile.h"
 #include "support/FakeRun.h"

@@ -3,6 +3,7 @@
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/driver/LauncherMain.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 
@@ -70,10 +71,7 @@ void LauncherMain::verifyJvm(bool showProgress, bool showFailure, JVMFile& jvmFi
   if (showProgress) {
     services_.console.showSearchPhase(SearchPhase::Verifying, jvmFile.description());
   }
-  const VerificationClass& verificationClass = objects_.jvmFiles().verificationClass();
-  const std::unique_ptr<JVMMatch> match =
-      javaHome.isEmpty() ? jvmFile.verifyOwnHome(verificationClass, services_.search)
-                         : jvmFile.verifyAt(javaHome, verificationClass, services_.search);
+  const std::unique_ptr<JVMMatch> match = objects_.jvmFiles().verify(jvmFile, javaHome);
   if (match == nullptr) {
     if (showFailure) services_.console.showMessage(errorText(ErrorId::InvalidJvm));
     services_.run.log("In VERIFY, the jvm is invalid.");

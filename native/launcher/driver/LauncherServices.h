@@ -11,7 +11,7 @@
 #include "launcher/driver/output/Console.h"
 #include "launcher/driver/output/Log.h"
 #include "launcher/driver/output/Messages.h"
-#include "launcher/jvm/JVMSearchContext.h"
+#include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/linux/LinuxPlatformImpl.h"
 

@@ -1,21 +1,16 @@
-// The search for Java homes by what the JVM file and the environment suggest.
+#include "launcher/jvm/HintSearch.h"
 
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/jvm/EnvironmentPath.h"
-#include "launcher/jvm/JVMFile.h"
+#include "launcher/jvm/JVMVerification.h"
 #include "launcher/launch/LaunchContext.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 namespace {
 
 constexpr const char* kMediaSpannedHome = "jvm";
-
-/// The values of a tag that may be absent.
-const StringDeque& valuesOf(const TagFile& tags, const char* name, const StringDeque& none) {
-  const StringDeque* values = tags.findValues(name);
-  return values == nullptr ? none : *values;
-}
+constexpr const char* kPath = "PATH";
 
 /// The home that a directory of PATH belongs to, when `executable` is in it.
 SString homeOfPathEntry(const SString& entry, const SString& executable) {
@@ -45,77 +40,100 @@ void useFirstMedium(JVMMatch& match, const LaunchContext& launch) {
 
 }  // namespace
 
-bool JVMFile::beginHintSearch(const char* kind, const JVMSearchContext& context) const {
-  if (!namesProperties(context.launch.services.logSink)) return false;
-  context.launch.services.log("Searching for " + description() + kind);
+std::unique_ptr<JVMMatch> HintSearch::byPlatformHints() {
+  if (!begin(" using platform hints")) return nullptr;
+  for (const SString& hint : hints(jvmtag::kPlatformHint)) {
+    std::unique_ptr<JVMMatch> match = tryHomesIn(hint);
+    if (match != nullptr) return match;
+  }
+  return nullptr;
+}
+
+std::unique_ptr<JVMMatch> HintSearch::byPathHints() {
+  if (!begin(" using path hints")) return nullptr;
+  for (const SString& hint : hints(jvmtag::kPathHint)) {
+    const bool absolute = hint.view().starts_with(kPathSeparator);
+    std::unique_ptr<JVMMatch> match = absolute ? tryAbsolute(hint) : tryRelative(hint);
+    if (match != nullptr) return match;
+  }
+  return nullptr;
+}
+
+std::unique_ptr<JVMMatch> HintSearch::byPlatformPath() {
+  const RunServices& services = search_.context.launch.services;
+  if (!begin(" using platform specific JVM Path hints")) return nullptr;
+  StringDeque entries;
+  splitEnvironmentPath(entries, kPath, services.platform);
+  for (const SString& entry : entries) {
+    if (entry.isEmpty()) continue;
+    const SString candidate = homeOfPathEntry(entry, jvm_.tag(jvmtag::kExecutable));
+    services.log("Checking JVM at " + candidate +
+                 " which was resolved from the platform JVM path " + entry);
+    std::unique_ptr<JVMMatch> match = verifyAt(candidate);
+    if (match != nullptr) return match;
+  }
+  return nullptr;
+}
+
+bool HintSearch::begin(const char* kind) const {
+  if (!namesProperties(jvm_, search_)) return false;
+  search_.context.launch.services.log("Searching for " + jvm_.tag(jvmtag::kDescription) + kind);
   return true;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::searchPlatformHints(const VerificationClass& verificationClass,
-                                                       const JVMSearchContext& context) {
-  const RunServices& services = context.launch.services;
-  if (!beginHintSearch(" using platform hints", context)) return nullptr;
-  const StringDeque none;
-  for (const SString& hint : valuesOf(tags_, "PLATFORM_HINT", none)) {
-    StringDeque candidates;
-    splitEnvironmentPath(candidates, hint, services.platform);
-    for (const SString& candidate : candidates) {
-      if (candidate.isEmpty()) continue;
-      services.log("Checking JVM at " + candidate + " which was resolved from platform hint " +
-                   hint);
-      std::unique_ptr<JVMMatch> match = verifyAt(candidate, verificationClass, context);
-      if (match != nullptr) return match;
-    }
-  }
-  return nullptr;
+const StringDeque& HintSearch::hints(const char* tag) const {
+  static const StringDeque kNone;
+  const StringDeque* values = jvm_.tags().findValues(tag);
+  return values == nullptr ? kNone : *values;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::searchPathHints(const VerificationClass& verificationClass,
-                                                   const JVMSearchContext& context) {
-  if (!beginHintSearch(" using path hints", context)) return nullptr;
-  const StringDeque none;
-  for (const SString& hint : valuesOf(tags_, "PATH_HINT", none)) {
-    std::unique_ptr<JVMMatch> match;
-    if (hint.view().starts_with(kPathSeparator)) {
-      const SString candidate = joinPath(context.fileSystemRoot, hint.view().substr(1));
-      context.launch.services.log("Checking path hint " + candidate);
-      match = verifyAt(candidate, verificationClass, context);
-    } else {
-      match = tryRelativeHint(hint, verificationClass, context);
-    }
+std::unique_ptr<JVMMatch> HintSearch::verifyAt(const SString& home) {
+  return JVMVerification(jvm_, search_).verifyAt(home);
+}
+
+std::unique_ptr<JVMMatch> HintSearch::tryHomesIn(const SString& variable) {
+  const RunServices& services = search_.context.launch.services;
+  StringDeque candidates;
+  splitEnvironmentPath(candidates, variable, services.platform);
+  for (const SString& candidate : candidates) {
+    if (candidate.isEmpty()) continue;
+    services.log("Checking JVM at " + candidate + " which was resolved from platform hint " +
+                 variable);
+    std::unique_ptr<JVMMatch> match = verifyAt(candidate);
     if (match != nullptr) return match;
   }
   return nullptr;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::tryRelativeHint(const SString& hint,
-                                                   const VerificationClass& verificationClass,
-                                                   const JVMSearchContext& context) {
-  const LaunchContext& launch = context.launch;
+std::unique_ptr<JVMMatch> HintSearch::tryAbsolute(const SString& hint) {
+  const SString candidate = joinPath(search_.context.fileSystemRoot, hint.view().substr(1));
+  search_.context.launch.services.log("Checking path hint " + candidate);
+  return verifyAt(candidate);
+}
+
+std::unique_ptr<JVMMatch> HintSearch::tryRelative(const SString& hint) {
+  const LaunchContext& launch = search_.context.launch;
   const SString candidate = besideLauncher(launch.launcherFileName, hint);
   launch.services.log("Check path hint Relative " + candidate);
-  std::unique_ptr<JVMMatch> match = verifyAt(candidate, verificationClass, context);
+  std::unique_ptr<JVMMatch> match = verifyAt(candidate);
   if (match == nullptr) return nullptr;
   match->setFoundByRelativeHint();
-  if (context.mediaSpanned) useFirstMedium(*match, launch);
+  if (search_.context.mediaSpanned) useFirstMedium(*match, launch);
   return match;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::searchPlatformJVMPathHints(
-    const VerificationClass& verificationClass, const JVMSearchContext& context) {
-  const RunServices& services = context.launch.services;
-  if (!beginHintSearch(" using platform specific JVM Path hints", context)) return nullptr;
-  StringDeque entries;
-  splitEnvironmentPath(entries, "PATH", services.platform);
-  for (const SString& entry : entries) {
-    if (entry.isEmpty()) continue;
-    const SString candidate = homeOfPathEntry(entry, executable());
-    services.log("Checking JVM at " + candidate +
-                 " which was resolved from the platform JVM path " + entry);
-    std::unique_ptr<JVMMatch> match = verifyAt(candidate, verificationClass, context);
-    if (match != nullptr) return match;
+void splitEnvironmentPath(StringDeque& list, const SString& name, const Platform& platform) {
+  list.clear();
+  const SString value = name.isEmpty() ? SString() : platform.getEnvironmentVariable(name);
+  if (value.isEmpty()) return;
+  SString::Size start = 0;
+  while (true) {
+    const SString::Size separator = value.find(kPathListSeparator, start);
+    if (separator == SString::npos) break;
+    list.add(value.substr(start, separator - start));
+    start = separator + 1;
   }
-  return nullptr;
+  list.add(value.substr(start));
 }
 
 }  // namespace vessant

@@ -1,23 +1,39 @@
 #include "launcher/jvm/JVMFile.h"
 
+#include "launcher/jvm/HintSearch.h"
+#include "launcher/jvm/JVMVerification.h"
+#include "launcher/jvm/VerificationProtocol.h"
+
 namespace vessant {
-namespace {
 
-constexpr char kTagDelimiter = '@';
-
-}  // namespace
-
-/// A backslash at the end of a home would escape the quote behind it. A slash does no harm.
-void JVMFile::handleMacro(SString& text, char /*delimiter*/, SString::Size start,
-                          SString::Size& end) {
-  const SString name = macroName(text, start, end);
-  SString value = tag(name);
-  if (name == jvmtag::kHome && value.view().ends_with('\\')) value.erase(value.length() - 1);
-  text.replace(start, end - start + 1, value);
+std::unique_ptr<JVMMatch> JVMFile::verifyAt(const SString& home, JVMSearch& search) {
+  return JVMVerification(*this, search).verifyAt(home);
 }
 
-SString expandJVMMacros(JVMFile& jvmFile, const SString& text) {
-  return expandMacros(text, jvmFile, kTagDelimiter);
+bool JVMFile::runVerification(const SString& home, JVMSearch& search) {
+  return JVMVerification(*this, search).run(home);
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verifyOwnHome(JVMSearch& search) {
+  // Warned of first: a file without properties may name no home either.
+  if (!namesProperties(*this, search)) return nullptr;
+  return verifyAt(tag(jvmtag::kHome), search);
+}
+
+bool JVMFile::matchOutput(const SString& output, const StringPairPtrDeque& expected, LogSink& log) {
+  return matchesExpected(output, expected, log);
+}
+
+std::unique_ptr<JVMMatch> JVMFile::searchPlatformHints(JVMSearch& search) {
+  return HintSearch(*this, search).byPlatformHints();
+}
+
+std::unique_ptr<JVMMatch> JVMFile::searchPathHints(JVMSearch& search) {
+  return HintSearch(*this, search).byPathHints();
+}
+
+std::unique_ptr<JVMMatch> JVMFile::searchPlatformJVMPathHints(JVMSearch& search) {
+  return HintSearch(*this, search).byPlatformPath();
 }
 
 }  // namespace vessant

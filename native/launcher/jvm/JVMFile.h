@@ -5,84 +5,50 @@
 // commands: @TAG@.
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <string_view>
 
 #include "launcher/base/PtrDeque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/base/StringPair.h"
 #include "launcher/jvm/JVMMatch.h"
-#include "launcher/jvm/JVMSearchContext.h"
-#include "launcher/launch/MacroHandler.h"
-#include "launcher/tagfile/TagFile.h"
+#include "launcher/jvm/JVMSearch.h"
+#include "launcher/launch/JvmTags.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 
-class JVMFile : public MacroHandler {
+class JVMFile : public JvmTags {
  public:
   /// The tags are the caller's and must outlive this.
-  explicit JVMFile(TagFile& tags) : tags_(tags) {}
-  JVMFile(const JVMFile&) = delete;
-  JVMFile& operator=(const JVMFile&) = delete;
-  virtual ~JVMFile() = default;
+  explicit JVMFile(TagFile& tags) : JvmTags(tags) {}
 
-  [[nodiscard]] TagFile& tags() const { return tags_; }
-  /// The first value of a tag; empty when it is absent.
-  [[nodiscard]] SString tag(std::string_view name) const { return tags_.getValue(name); }
-  [[nodiscard]] SString description() const { return tag("DESC"); }
+  [[nodiscard]] SString description() const { return tag(jvmtag::kDescription); }
   /// The path of the Java executable inside a home.
-  [[nodiscard]] SString executable() const { return tag("JVM_EXE"); }
+  [[nodiscard]] SString executable() const { return tag(jvmtag::kExecutable); }
   /// Whether the whole disk may be searched for this VM.
-  [[nodiscard]] bool searchAll() const { return tags_.getBoolean("SEARCH_ALL", false); }
+  [[nodiscard]] bool searchAll() const { return tags().getBoolean(jvmtag::kSearchAll, false); }
   /// The file's name for messages.
-  [[nodiscard]] const SString& fileName() const { return tags_.sourceName(); }
-
-  void handleMacro(SString& text, char delimiter, SString::Size start, SString::Size& end) override;
+  [[nodiscard]] const SString& fileName() const { return tags().sourceName(); }
 
   /// Runs the Java at `home` and compares what it reports with what this file asks for. Returns the
-  /// match, or none. A bad candidate is logged, not thrown.
-  [[nodiscard]] std::unique_ptr<JVMMatch> verifyAt(const SString& home,
-                                                   const VerificationClass& verificationClass,
-                                                   const JVMSearchContext& context);
-  /// The same for the home that this file names itself.
-  [[nodiscard]] std::unique_ptr<JVMMatch> verifyOwnHome(const VerificationClass& verificationClass,
-                                                        const JVMSearchContext& context);
-  /// Whether `output` holds the magic line and, after it, the expected values. Output that ends
-  /// early is accepted. Kept: older verification classes print fewer lines.
+  /// match, which the caller owns, or none. A bad candidate is logged, not thrown. A home that is
+  /// run stays in the tag JVM_HOME, as an absolute path, for all who share the tags.
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyAt(const SString& home, JVMSearch& search);
+  /// The part of verifyAt that runs the Java: whether it reports what is asked for.
+  [[nodiscard]] bool runVerification(const SString& home, JVMSearch& search);
+  /// verifyAt for the home that this file names itself.
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyOwnHome(JVMSearch& search);
+  /// Whether `output` holds the magic line and, after it, the expected values.
   [[nodiscard]] static bool matchOutput(const SString& output, const StringPairPtrDeque& expected,
                                         LogSink& log);
 
-  /// The three searches by hints: the first candidate that verifies, or none.
-  [[nodiscard]] std::unique_ptr<JVMMatch> searchPlatformHints(
-      const VerificationClass& verificationClass, const JVMSearchContext& context);
-  [[nodiscard]] std::unique_ptr<JVMMatch> searchPathHints(
-      const VerificationClass& verificationClass, const JVMSearchContext& context);
-  [[nodiscard]] std::unique_ptr<JVMMatch> searchPlatformJVMPathHints(
-      const VerificationClass& verificationClass, const JVMSearchContext& context);
-
- private:
-  /// False, with a warning, for a file that names no property and so can verify nothing.
-  [[nodiscard]] bool namesProperties(LogSink& log) const;
-  [[nodiscard]] bool runVerification(const SString& home,
-                                     const VerificationClass& verificationClass,
-                                     const JVMSearchContext& context);
-  [[nodiscard]] SString verificationCommand(const SString& home,
-                                            const VerificationClass& verificationClass,
-                                            StringPairPtrDeque& expected, LogSink& log) const;
-  [[nodiscard]] bool beginHintSearch(const char* kind, const JVMSearchContext& context) const;
-  [[nodiscard]] std::unique_ptr<JVMMatch> tryRelativeHint(
-      const SString& hint, const VerificationClass& verificationClass,
-      const JVMSearchContext& context);
-
-  TagFile& tags_;
+  /// The three searches by hints: the first candidate that verifies, or none. See HintSearch.
+  [[nodiscard]] std::unique_ptr<JVMMatch> searchPlatformHints(JVMSearch& search);
+  [[nodiscard]] std::unique_ptr<JVMMatch> searchPathHints(JVMSearch& search);
+  [[nodiscard]] std::unique_ptr<JVMMatch> searchPlatformJVMPathHints(JVMSearch& search);
 };
 
 using JVMFilePtrDE = PtrDE<JVMFile>;
 using JVMFilePtrDeque = PtrDeque<JVMFile>;
-
-/// `text` with the @TAG@ macros of a JVM file expanded.
-[[nodiscard]] SString expandJVMMacros(JVMFile& jvmFile, const SString& text);
 
 }  // namespace vessant

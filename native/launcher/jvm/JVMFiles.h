@@ -1,21 +1,38 @@
 // JVMFiles: the JVM files in their order, and the search for a Java VM that satisfies one of them.
+//
+// A search tries the home that the user named, then the hints of each file and, where a file allows
+// it, the whole disk: a walk collects every file that could be a Java executable, and the homes are
+// verified, mostly when the walk is over.
 #pragma once
 
 #include <memory>
 #include <optional>
 
+#include "launcher/base/PtrDeque.h"
+#include "launcher/base/StringDeque.h"
 #include "launcher/jvm/FindFiles.h"
 #include "launcher/jvm/JVMFile.h"
 #include "launcher/jvm/JVMMatch.h"
-#include "launcher/jvm/JVMSearchContext.h"
-#include "launcher/jvm/UnverifiedJVMMatch.h"
+#include "launcher/jvm/JVMSearch.h"
 
 namespace vessant {
+
+/// Candidate homes that the walk found for one JVM file.
+struct UnverifiedJVMMatch {
+  explicit UnverifiedJVMMatch(JVMFile& file) : jvmFile(file) {}
+
+  JVMFile& jvmFile;
+  /// Each home once, in the order found.
+  StringDeque homes;
+};
+
+using UnverifiedJVMMatchPtrDE = PtrDE<UnverifiedJVMMatch>;
+using UnverifiedJVMMatchPtrDeque = PtrDeque<UnverifiedJVMMatch>;
 
 class JVMFiles : public FileFindListener {
  public:
   /// The context must outlive this.
-  explicit JVMFiles(const JVMSearchContext& context) : context_(context) {}
+  explicit JVMFiles(const JVMSearchContext& context) : search_{context} {}
   JVMFiles(const JVMFiles&) = delete;
   JVMFiles& operator=(const JVMFiles&) = delete;
   virtual ~JVMFiles() = default;
@@ -23,16 +40,21 @@ class JVMFiles : public FileFindListener {
   void add(std::unique_ptr<JVMFile> jvmFile) { files_.add(std::move(jvmFile)); }
   [[nodiscard]] const JVMFilePtrDeque& files() const { return files_; }
 
+  /// The class to verify with. When neither text is ever set it is the embedded one, which is
+  /// extracted when something is first verified.
   void setVerificationClass(const SString& classPath, const SString& className);
-  /// The class to verify with: the one that was set or, when nothing was, the embedded one, which
-  /// is extracted now.
-  const VerificationClass& verificationClass();
+  [[nodiscard]] const VerificationClass& verificationClass() const {
+    return search_.verificationClass;
+  }
 
   /// Looks for a JVM: at the home that the user named, then by the hints of each file and, where a
   /// file allows it, on the whole disk. Appends the match, if any.
   void find(JVMMatchPtrDeque& matches);
   /// Searches the whole disk and appends what verifies: everything, or only the first.
   void findAll(JVMMatchPtrDeque& matches, bool stopAtFirst);
+  /// Verifies one home with a JVM file, which need not be one of these. An empty `home` stands for
+  /// the one that the file names itself. Returns the match or none.
+  [[nodiscard]] std::unique_ptr<JVMMatch> verify(JVMFile& jvmFile, const SString& home);
   /// The match of the last search by find; none when it failed.
   [[nodiscard]] const std::optional<JVMMatch>& foundMatch() const { return foundMatch_; }
 
@@ -40,7 +62,9 @@ class JVMFiles : public FileFindListener {
   bool fileFound(const SString& path) override;
 
  private:
-  void prepare();
+  [[nodiscard]] const RunServices& services() const;
+  void begin();
+  void prepareVerificationClass();
   void keep(const std::unique_ptr<JVMMatch>& match);
   void tryUserHome();
   /// Returns whether the file tried last may be searched for on the whole disk.
@@ -52,12 +76,11 @@ class JVMFiles : public FileFindListener {
   void considerHome(std::int32_t position, const SString& home);
   UnverifiedJVMMatch& unverifiedOf(JVMFile& jvmFile);
 
-  const JVMSearchContext& context_;
+  JVMSearch search_;
   JVMFilePtrDeque files_;
   UnverifiedJVMMatchPtrDeque unverified_;
   std::optional<JVMMatch> foundMatch_;
   bool stopAtFirst_ = false;
-  VerificationClass verificationClass_;
 };
 
 }  // namespace vessant

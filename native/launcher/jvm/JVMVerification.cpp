@@ -1,20 +1,15 @@
-// Verification: a candidate is what the Java found there says it is.
+#include "launcher/jvm/JVMVerification.h"
 
-#include <memory>
-
-#include "launcher/base/LineReader.h"
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/jvm/JVMFile.h"
+#include "launcher/jvm/VerificationProtocol.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/launch/LaunchScript.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 namespace {
 
-constexpr std::string_view kMagicLine = "1739021872";
-constexpr std::string_view kPrefixMark = "...";
-constexpr const char* kProperties = "JVM_PROPERTIES";
 constexpr std::int32_t kStepsOfMissingFile = 2;
 constexpr std::int32_t kStepsOfRun = 6;
 
@@ -35,112 +30,62 @@ SString asFunctionArgument(const SString& classPath) {
   return inQuotes ? quoted(quoted(classPath)) : classPath;
 }
 
-bool satisfies(const SString& line, const SString& expected) {
-  const SString::Size prefixLength = endsWith(expected, kPrefixMark);
-  if (prefixLength == SString::npos) return line == expected;
-  return line.view().substr(0, prefixLength) == expected.view().substr(0, prefixLength);
-}
+}  // namespace
 
-/// Moves behind the magic line; false, with an error in the log, when there is none.
-bool skipToValues(const SString& output, SString::Size& position, LogSink& log) {
-  SString line;
-  while (position < output.length()) {
-    line.erase();
-    readLine(output, position, line);
-    if (line == kMagicLine) return true;
-  }
-  log.log("Invalid magic value: " + line + "\n", LogLevel::Error);
+bool namesProperties(const JvmTags& jvm, const JVMSearch& search) {
+  if (!jvm.tag(jvmtag::kProperties).isEmpty()) return true;
+  search.context.launch.services.log("Unable to verify " + jvm.tags().sourceName() +
+                                         " because the " + jvmtag::kProperties +
+                                         " tag was not specified.",
+                                     LogLevel::Warning);
   return false;
 }
 
-}  // namespace
-
-std::unique_ptr<JVMMatch> JVMFile::verifyAt(const SString& home,
-                                            const VerificationClass& verificationClass,
-                                            const JVMSearchContext& context) {
-  const RunServices& services = context.launch.services;
-  if (home.isEmpty() || executable().isEmpty() || !namesProperties(services.logSink)) {
-    return nullptr;
-  }
-  const char* reason = reasonToSkip(home);
-  if (reason != nullptr) {
-    services.log("Skipping JVM at " + home + ": " + reason, LogLevel::Warning);
-    return nullptr;
-  }
-  services.progress.showSearchPhase(SearchPhase::Verifying, description());
-  const SString path = joinPath(home, executable());
-  services.log("Verifying JVM at " + path + "\n   for JVM: " + description());
+std::unique_ptr<JVMMatch> JVMVerification::verifyAt(const SString& home) {
+  const RunServices& services = search_.context.launch.services;
+  if (!canBeTried(home)) return nullptr;
+  const SString description = jvm_.tag(jvmtag::kDescription);
+  services.progress.showSearchPhase(SearchPhase::Verifying, description);
+  const SString path = joinPath(home, jvm_.tag(jvmtag::kExecutable));
+  services.log("Verifying JVM at " + path + "\n   for JVM: " + description);
   if (!fileExists(path)) {
     services.log(path + " does not exist");
     services.progress.addProgressDots(kStepsOfMissingFile);
     return nullptr;
   }
-  if (!runVerification(home, verificationClass, context)) return nullptr;
+  if (!run(home)) return nullptr;
   services.log("Found matching JVM at " + home);
-  return std::make_unique<JVMMatch>(home, tags_);
+  return std::make_unique<JVMMatch>(home, jvm_.tags());
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verifyOwnHome(const VerificationClass& verificationClass,
-                                                 const JVMSearchContext& context) {
-  if (!namesProperties(context.launch.services.logSink)) return nullptr;
-  return verifyAt(tag(jvmtag::kHome), verificationClass, context);
-}
-
-bool JVMFile::namesProperties(LogSink& log) const {
-  if (!tag(kProperties).isEmpty()) return true;
-  log.log(
-      "Unable to verify " + fileName() + " because the " + kProperties + " tag was not specified.",
-      LogLevel::Warning);
+bool JVMVerification::canBeTried(const SString& home) const {
+  if (home.isEmpty() || jvm_.tag(jvmtag::kExecutable).isEmpty()) return false;
+  if (!namesProperties(jvm_, search_)) return false;
+  const char* reason = reasonToSkip(home);
+  if (reason == nullptr) return true;
+  search_.context.launch.services.log("Skipping JVM at " + home + ": " + reason, LogLevel::Warning);
   return false;
 }
 
-bool JVMFile::runVerification(const SString& home, const VerificationClass& verificationClass,
-                              const JVMSearchContext& context) {
-  const RunServices& services = context.launch.services;
-  tags_.setValue(jvmtag::kHome, home);
+bool JVMVerification::run(const SString& home) {
+  const RunServices& services = search_.context.launch.services;
+  jvm_.tags().setValue(jvmtag::kHome, home);
   StringPairPtrDeque expected;
-  const SString command = verificationCommand(home, verificationClass, expected, services.logSink);
-  LaunchScript script(command, true, false, context.launch);
-  script.execute(*this, nullptr, false);
-  const bool matches = matchOutput(script.standardOutput(), expected, services.logSink);
+  readExpectedProperties(jvm_.tags(), expected, services.logSink);
+  LaunchScript script(commandFor(home, expected), true, false, search_.context.launch);
+  script.execute(jvm_, nullptr, false);
+  const bool matches = matchesExpected(script.standardOutput(), expected, services.logSink);
   services.progress.addProgressDots(kStepsOfRun);
   return matches;
 }
 
-SString JVMFile::verificationCommand(const SString& home,
-                                     const VerificationClass& verificationClass,
-                                     StringPairPtrDeque& expected, LogSink& log) const {
+SString JVMVerification::commandFor(const SString& home, const StringPairPtrDeque& expected) const {
+  const VerificationClass& verificationClass = search_.verificationClass;
   SString command = "\"" + joinPath(home, "@JVM_EXE@\" %CP%(") +
                     asFunctionArgument(verificationClass.classPath) + ") " + " @REQ_JAVA_ARGS@ " +
                     verificationClass.className;
-  const StringDeque* properties = tags_.findValues(kProperties);
-  if (properties == nullptr) return command;
-  for (const SString& property : *properties) {
-    const SString::Size equals = property.find('=');
-    if (equals == SString::npos) {
-      log.log(SString("Invalid ") + kProperties + " setting (" + property + ") in JVM File ",
-              LogLevel::Warning);
-      continue;
-    }
-    auto pair = std::make_unique<StringPair>();
-    pair->name = trimmed(property.substr(0, equals));
-    pair->value = trimmed(property.substr(equals + 1));
-    command.append(" ").append(pair->name);
-    expected.add(std::move(pair));
-  }
+  for (const StringPair& property : expected) command.append(" ").append(property.name);
   return command;
-}
-
-bool JVMFile::matchOutput(const SString& output, const StringPairPtrDeque& expected, LogSink& log) {
-  SString::Size position = 0;
-  if (!skipToValues(output, position, log)) return false;
-  for (const StringPair& property : expected) {
-    if (position >= output.length()) return true;
-    SString line;
-    readLine(output, position, line);
-    if (!satisfies(line, property.value)) return false;
-  }
-  return true;
 }
 
 }  // namespace vessant

@@ -2,14 +2,15 @@
 
 #include "launcher/base/TextUtil.h"
 #include "launcher/launch/SideFiles.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 
-ClassPathBuilder::ClassPathBuilder(LaunchContext& context, const JVMFile& jvmFile)
+ClassPathBuilder::ClassPathBuilder(LaunchContext& context, const JvmTags& jvm)
     : context_(context),
-      jvmFile_(jvmFile),
-      separator_(jvmFile.tag("CLASSPATH_SEPARATOR")),
-      useEnvironment_(jvmFile.tag("USE_CP_ENV_VAR") == "1") {}
+      jvm_(jvm),
+      separator_(jvm.tag(jvmtag::kClassPathSeparator)),
+      useEnvironment_(jvm.tag(jvmtag::kUseClassPathVariable) == "1") {}
 
 SString ClassPathBuilder::build(const StringDeque& entries, const SString& archive,
                                 bool includeArchives) const {
@@ -17,7 +18,7 @@ SString ClassPathBuilder::build(const StringDeque& entries, const SString& archi
   // The quotes come before everything else: an option that was not given is an empty quoted entry.
   addClassPathOption(classPath, quoted(context_.classPathPrefix));
   appendClassPathEntry(classPath, readSideFileClassPath(sidefile::kClassPathFirst));
-  appendClassPathEntry(classPath, jvmFile_.tag("JVM_CLASSPATH"));
+  appendClassPathEntry(classPath, jvm_.tag(jvmtag::kOwnClassPath));
   appendClassPathEntry(classPath, readSideFileClassPath(sidefile::kClassPath));
   for (const SString& entry : entries) appendClassPathEntry(classPath, asEntry(entry));
   appendClassPathEntry(classPath, asEntry(archive));

@@ -6,7 +6,7 @@
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/jvm/JVMFile.h"
+#include "launcher/launch/JvmTags.h"
 #include "launcher/launch/LaunchContext.h"
 
 namespace vessant {
@@ -14,7 +14,7 @@ namespace vessant {
 class ClassPathBuilder {
  public:
   /// Both must outlive this.
-  ClassPathBuilder(LaunchContext& context, const JVMFile& jvmFile);
+  ClassPathBuilder(LaunchContext& context, const JvmTags& jvm);
 
   /// The whole class path, in its fixed order. `archive` is the launch script's own entry;
   /// `includeArchives` adds the embedded class-path archives.
@@ -40,7 +40,7 @@ class ClassPathBuilder {
   [[nodiscard]] SString asEntry(const SString& entry) const;
 
   LaunchContext& context_;
-  const JVMFile& jvmFile_;
+  const JvmTags& jvm_;
   SString separator_;
   bool useEnvironment_;
 };

@@ -1,6 +1,7 @@
 #include "launcher/launch/JavaArguments.h"
 
 #include "launcher/launch/SideFiles.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 namespace {
@@ -12,33 +13,32 @@ void appendSeparated(SString& text, const SString& addition) {
 
 }  // namespace
 
-SString systemProperty(const SString& name, const SString& value, JVMFile& jvmFile) {
-  return jvmFile.tag("SYSTEM") + name + jvmFile.tag("SYSTEM_SEPARATOR") +
-         expandJVMMacros(jvmFile, value);
+SString systemProperty(const SString& name, const SString& value, JvmTags& jvm) {
+  return jvm.tag(jvmtag::kSystemProperty) + name + jvm.tag(jvmtag::kSystemSeparator) +
+         expandJVMMacros(jvm, value);
 }
 
-SString runtimeSystemProperties(const SString& launcherFile, JVMFile& jvmFile) {
+SString runtimeSystemProperties(const SString& launcherFile, JvmTags& jvm) {
   SString result;
   StringDeque lines;
   readLines(sideFilePath(launcherFile, sidefile::kSystemProperties), lines);
   for (const SString& line : lines) {
     const SString::Size equals = line.find('=');
     if (equals == SString::npos) continue;
-    appendSeparated(result,
-                    systemProperty(line.substr(0, equals), line.substr(equals + 1), jvmFile));
+    appendSeparated(result, systemProperty(line.substr(0, equals), line.substr(equals + 1), jvm));
   }
   return result;
 }
 
-SString runtimeJavaArguments(const SString& launcherFile, JVMFile& jvmFile) {
+SString runtimeJavaArguments(const SString& launcherFile, JvmTags& jvm) {
   SString result;
   StringDeque lines;
   readLines(sideFilePath(launcherFile, sidefile::kJavaArguments), lines);
   for (const SString& line : lines) {
-    const SString expanded = expandJVMMacros(jvmFile, line);
+    const SString expanded = expandJVMMacros(jvm, line);
     if (!expanded.isEmpty()) appendSeparated(result, expanded);
   }
-  const SString required = jvmFile.tag("REQ_JAVA_ARGS");
+  const SString required = jvm.tag(jvmtag::kRequiredArguments);
   if (!required.isEmpty()) result.append(" ").append(required);
   return result;
 }

@@ -3,20 +3,20 @@
 #pragma once
 
 #include "launcher/base/SString.h"
-#include "launcher/jvm/JVMFile.h"
+#include "launcher/launch/JvmTags.h"
 
 namespace vessant {
 
 /// A system property as the JVM file writes it; the value's @ macros are expanded. Nothing is
 /// quoted.
-[[nodiscard]] SString systemProperty(const SString& name, const SString& value, JVMFile& jvmFile);
+[[nodiscard]] SString systemProperty(const SString& name, const SString& value, JvmTags& jvm);
 
 /// The properties of the ".sp" side file, separated by blanks. Lines without "=" are skipped.
-[[nodiscard]] SString runtimeSystemProperties(const SString& launcherFile, JVMFile& jvmFile);
+[[nodiscard]] SString runtimeSystemProperties(const SString& launcherFile, JvmTags& jvm);
 
 /// The arguments of the ".ja" side file, separated by blanks, then a blank and the arguments that
 /// the JVM always requires. The blank is put even when nothing came before. Kept: command templates
 /// join it to the text in front.
-[[nodiscard]] SString runtimeJavaArguments(const SString& launcherFile, JVMFile& jvmFile);
+[[nodiscard]] SString runtimeJavaArguments(const SString& launcherFile, JvmTags& jvm);
 
 }  // namespace vessant

@@ -4,6 +4,7 @@
 #include "launcher/base/TextUtil.h"
 #include "launcher/launch/FunctionArguments.h"
 #include "launcher/launch/MacroFunctions.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 namespace {
@@ -41,15 +42,15 @@ SString runningDirectory(const SString& launcherFile) {
 }
 
 /// Notes the JVM file for as long as macros may ask for it.
-class JvmFileInUse {
+class JvmInUse {
  public:
-  JvmFileInUse(JVMFile*& slot, JVMFile& jvmFile) : slot_(slot) { slot_ = &jvmFile; }
-  JvmFileInUse(const JvmFileInUse&) = delete;
-  JvmFileInUse& operator=(const JvmFileInUse&) = delete;
-  ~JvmFileInUse() { slot_ = nullptr; }
+  JvmInUse(JvmTags*& slot, JvmTags& jvm) : slot_(slot) { slot_ = &jvm; }
+  JvmInUse(const JvmInUse&) = delete;
+  JvmInUse& operator=(const JvmInUse&) = delete;
+  ~JvmInUse() { slot_ = nullptr; }
 
  private:
-  JVMFile*& slot_;
+  JvmTags*& slot_;
 };
 
 }  // namespace
@@ -73,26 +74,26 @@ LaunchScript::LaunchScript(const SString& command, bool captureOutput, bool incl
 
 /// The order is fixed: the value of a function may hold the macros of the later passes, and the
 /// value of an environment variable is never expanded further.
-SString LaunchScript::resolveCommand(JVMFile& jvmFile) {
-  const JvmFileInUse inUse(jvmFile_, jvmFile);
+SString LaunchScript::resolveCommand(JvmTags& jvm) {
+  const JvmInUse inUse(jvm_, jvm);
   expandingArchive_ = false;
   const SString withFunctions = expandMacros(command_, *this, kFunctionDelimiter);
-  const SString withTags = expandJVMMacros(jvmFile, withFunctions);
+  const SString withTags = expandJVMMacros(jvm, withFunctions);
   return expandMacros(withTags, *this, kEnvironmentDelimiter);
 }
 
-std::int32_t LaunchScript::execute(JVMFile& jvmFile, const StringDeque* passThroughArguments,
+std::int32_t LaunchScript::execute(JvmTags& jvm, const StringDeque* passThroughArguments,
                                    bool javaConsole) {
   Platform& platform = context_.services.platform;
-  SString command = resolveCommand(jvmFile);
+  SString command = resolveCommand(jvm);
   const SString directory = workingDirectory();
   if (passThroughArguments != nullptr) appendArguments(command, *passThroughArguments);
   context_.services.log("Executing launch script command: " + command +
                         (autoSetWorkingDir_ ? " in working directory " + directory
                                             : SString(" in current working directory")));
   const SString savedJavaHome = platform.getEnvironmentVariable(kJavaHome);
-  platform.setEnvironmentVariable(kJavaHome, jvmFile.tag(jvmtag::kHome));
-  if (isWizardMode(context_.modeByte.ownModeByte())) applyWizardEnvironment(jvmFile);
+  platform.setEnvironmentVariable(kJavaHome, jvm.tag(jvmtag::kHome));
+  if (isWizardMode(context_.modeByte.ownModeByte())) applyWizardEnvironment(jvm);
   const bool console = displayConsole_ || javaConsole;
   const std::int32_t status = runCommand(command, directory, console);
   platform.setEnvironmentVariable(kJavaHome, savedJavaHome);
@@ -120,7 +121,7 @@ void LaunchScript::handleFunction(SString& text, SString::Size start, SString::S
   parseFunctionArguments(text, position, arguments, log);
   if (!function->accepts(arguments.count())) launchScriptError(text, function->countMessage, log);
   const SString archive = function->usesArchive ? expandArchive(text) : SString();
-  const MacroCall call{context_, *jvmFile_, arguments, archive, includeArchives_};
+  const MacroCall call{context_, *jvm_, arguments, archive, includeArchives_};
   const SString value = function->evaluate(call);
   text.replace(start, position == SString::npos ? SString::npos : position - start, value);
 }
@@ -140,8 +141,8 @@ SString LaunchScript::workingDirectory() const {
   return autoSetWorkingDir_ ? runningDirectory(context_.launcherFileName) : SString();
 }
 
-void LaunchScript::applyWizardEnvironment(const JVMFile& jvmFile) const {
-  const StringDeque* settings = jvmFile.tags().findValues("SET_ENV_FOR_WIZARD");
+void LaunchScript::applyWizardEnvironment(const JvmTags& jvm) const {
+  const StringDeque* settings = jvm.tags().findValues(jvmtag::kWizardEnvironment);
   if (settings == nullptr) return;
   for (const SString& setting : *settings) applySetting(setting, context_.services.platform);
 }

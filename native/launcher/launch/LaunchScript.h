@@ -10,7 +10,7 @@
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/jvm/JVMFile.h"
+#include "launcher/launch/JvmTags.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/launch/MacroHandler.h"
 #include "launcher/tagfile/TagFile.h"
@@ -29,13 +29,13 @@ class LaunchScript : public MacroHandler {
   virtual ~LaunchScript() = default;
 
   /// The command line for a JVM. Throws LauncherException when a macro function is used wrongly.
-  [[nodiscard]] SString resolveCommand(JVMFile& jvmFile);
+  [[nodiscard]] SString resolveCommand(JvmTags& jvm);
 
   /// Runs the program and returns its exit status. `passThroughArguments` may be null;
   /// `javaConsole` runs the program with the console, so that its output is not collected.
   /// Environment variables that the JVM file sets stay set afterwards; JAVA_HOME gets its old value
   /// back, unless the program could not be started at all.
-  std::int32_t execute(JVMFile& jvmFile, const StringDeque* passThroughArguments, bool javaConsole);
+  std::int32_t execute(JvmTags& jvm, const StringDeque* passThroughArguments, bool javaConsole);
 
   /// Resolves % and # macros; only during resolveCommand.
   void handleMacro(SString& text, char delimiter, SString::Size start, SString::Size& end) override;
@@ -47,7 +47,7 @@ class LaunchScript : public MacroHandler {
 
  private:
   [[nodiscard]] SString workingDirectory() const;
-  void applyWizardEnvironment(const JVMFile& jvmFile) const;
+  void applyWizardEnvironment(const JvmTags& jvm) const;
   std::int32_t runCommand(const SString& command, const SString& directory, bool console);
   void logOutput() const;
   void handleFunction(SString& text, SString::Size start, SString::Size end);
@@ -60,7 +60,7 @@ class LaunchScript : public MacroHandler {
   bool autoSetWorkingDir_ = true;
   SString standardOutput_;
   SString standardError_;
-  JVMFile* jvmFile_ = nullptr;  // set while a command is resolved
+  JvmTags* jvm_ = nullptr;  // set while a command is resolved
   bool includeArchives_;
   bool expandingArchive_ = false;
   SString description_;

@@ -4,6 +4,7 @@
 #include "launcher/launch/ApplicationArchive.h"
 #include "launcher/launch/ClassPath.h"
 #include "launcher/launch/JavaArguments.h"
+#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 namespace {
@@ -11,8 +12,8 @@ namespace {
 /// The search goes on behind the inserted text, so a replacement that holds the search text is not
 /// replaced again. An empty search text replaces nothing.
 SString replaceAll(const MacroCall& call) {
-  const SString search = expandJVMMacros(call.jvmFile, call.arguments.get(0));
-  const SString replacement = expandJVMMacros(call.jvmFile, call.arguments.get(1));
+  const SString search = expandJVMMacros(call.jvm, call.arguments.get(0));
+  const SString replacement = expandJVMMacros(call.jvm, call.arguments.get(1));
   SString text = call.arguments.get(2);
   if (search.isEmpty()) return text;
   SString::Size position = text.find(search);
@@ -24,21 +25,21 @@ SString replaceAll(const MacroCall& call) {
 }
 
 SString runtimeSystemProp(const MacroCall& call) {
-  return runtimeSystemProperties(call.context.originalLauncherFileName, call.jvmFile);
+  return runtimeSystemProperties(call.context.originalLauncherFileName, call.jvm);
 }
 
 SString runtimeJavaArgs(const MacroCall& call) {
-  return runtimeJavaArguments(call.context.originalLauncherFileName, call.jvmFile);
+  return runtimeJavaArguments(call.context.originalLauncherFileName, call.jvm);
 }
 
 SString systemProp(const MacroCall& call) {
-  return systemProperty(call.arguments.get(0), call.arguments.get(1), call.jvmFile);
+  return systemProperty(call.arguments.get(0), call.arguments.get(1), call.jvm);
 }
 
 /// Hands the class path to the program in an environment variable.
 void setClassPathVariable(const MacroCall& call, const SString& classPath) {
   const RunServices& services = call.context.services;
-  const SString name = call.jvmFile.tag("CP_ENV_VAR");
+  const SString name = call.jvm.tag(jvmtag::kClassPathVariable);
   if (name.isEmpty()) {
     services.log(
         "If USE_CP_ENV_VAR is set to 1 in the jvm file, then the jvm file should also define "
@@ -51,18 +52,18 @@ void setClassPathVariable(const MacroCall& call, const SString& classPath) {
 }
 
 SString classPath(const MacroCall& call) {
-  const ClassPathBuilder builder(call.context, call.jvmFile);
+  const ClassPathBuilder builder(call.context, call.jvm);
   const SString path = builder.build(call.arguments, call.archive, call.includeArchives);
   if (builder.usesEnvironment()) {
     setClassPathVariable(call, path);
     return "";
   }
-  return path.isEmpty() ? path : call.jvmFile.tag("CLASSPATH") + path;
+  return path.isEmpty() ? path : call.jvm.tag(jvmtag::kClassPathOption) + path;
 }
 
 SString ifExists(const MacroCall& call) {
-  if (call.jvmFile.tag(call.arguments.get(0)).isEmpty()) return "";
-  return expandJVMMacros(call.jvmFile, call.arguments.get(1));
+  if (call.jvm.tag(call.arguments.get(0)).isEmpty()) return "";
+  return expandJVMMacros(call.jvm, call.arguments.get(1));
 }
 
 SString launcherFile(const MacroCall& call) {

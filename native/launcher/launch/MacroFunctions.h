@@ -5,7 +5,7 @@
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/jvm/JVMFile.h"
+#include "launcher/launch/JvmTags.h"
 #include "launcher/launch/LaunchContext.h"
 
 namespace vessant {
@@ -13,7 +13,7 @@ namespace vessant {
 /// What a function works on.
 struct MacroCall {
   LaunchContext& context;
-  JVMFile& jvmFile;
+  JvmTags& jvm;
   const StringDeque& arguments;
   /// The launch script's own class path entry, expanded; only for a function that uses it.
   const SString& archive;

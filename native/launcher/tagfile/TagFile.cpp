@@ -5,6 +5,7 @@
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/StdFile.h"
 #include "launcher/base/TextUtil.h"
+#include "launcher/tagfile/JvmTagNames.h"
 #include "launcher/tagfile/TagFileParser.h"
 
 namespace vessant {

@@ -23,13 +23,6 @@
 
 namespace vessant {
 
-/// The tags that name the Java VM a file was made for.
-namespace jvmtag {
-inline constexpr const char* kHome = "JVM_HOME";
-inline constexpr const char* kFile = "JVM_FILE";
-inline constexpr const char* kTemporary = "JVM_TEMP";
-}  // namespace jvmtag
-
 class TagFile {
  public:
   static constexpr std::int64_t kToEndOfFile = -1;

@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(Names, BadHomesOnDisk, testing::ValuesIn(kBadNames), na
 TEST_P(BadHomes, ArePassedOverWithAWarning) {
   const std::string home = fixture.tree.path(GetParam().part);
   JVMFile& file = fixture.jvmFile(jvmFileText("17"));
-  EXPECT_EQ(file.verifyAt(text(home), fixture.verificationClass, fixture.search), nullptr);
+  EXPECT_EQ(file.verifyAt(text(home), fixture.verification), nullptr);
   EXPECT_THAT(fixture.run.log.lines(),
               ElementsAre(RecordingLog::Line{"Skipping JVM at " + home + ": " + GetParam().reason,
                                              LogLevel::Warning}));
@@ -100,7 +100,7 @@ class OddHomes : public testing::TestWithParam<OddHome> {
     fixture.tree.program(home + "/bin/java", "#!/bin/sh\necho 1739021872\necho 17\n");
     fixture.runForReal();
     return fixture.jvmFile(jvmFileText("17"))
-        .verifyAt(text(fixture.tree.path(home)), fixture.verificationClass, fixture.search);
+        .verifyAt(text(fixture.tree.path(home)), fixture.verification);
   }
 
   JvmFixture fixture;

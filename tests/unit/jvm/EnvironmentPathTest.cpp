@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "launcher/jvm/EnvironmentPath.h"
+#include "launcher/jvm/HintSearch.h"
 #include "unit/jvm/JvmFixture.h"
 
 namespace vessant::test {

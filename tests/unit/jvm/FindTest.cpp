@@ -18,8 +18,8 @@ class Find : public testing::Test {
   Find() {
     // Nothing of the machine is searched.
     fixture.search.fileSystemRoot = text(fixture.tree.dir("root"));
-    fixture.files.setVerificationClass(fixture.verificationClass.classPath,
-                                       fixture.verificationClass.className);
+    fixture.files.setVerificationClass(fixture.verification.verificationClass.classPath,
+                                       fixture.verification.verificationClass.className);
   }
   std::vector<std::string> milestones() const {
     return fixture.logged({"Checking user", "Initiating", "Searching for", "Beginning"});

@@ -9,13 +9,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using HintSearch = std::unique_ptr<JVMMatch> (JVMFile::*)(const VerificationClass&,
-                                                          const JVMSearchContext&);
+using HintSearch = std::unique_ptr<JVMMatch> (JVMFile::*)(JVMSearch&);
 
 class Hints : public testing::Test {
  protected:
   std::unique_ptr<JVMMatch> searchBy(HintSearch search, const std::string& jvmFile) {
-    return (fixture.jvmFile(jvmFile).*search)(fixture.verificationClass, fixture.search);
+    return (fixture.jvmFile(jvmFile).*search)(fixture.verification);
   }
   std::unique_ptr<JVMMatch> searchPlatform(const std::string& more) {
     return searchBy(&JVMFile::searchPlatformHints, jvmFileText("17", more));

@@ -40,7 +40,7 @@ struct JvmFixture : LaunchFixture {
 
   /// What the fake Java reports by its home. A home that is not in here is no Java.
   std::map<std::string, std::string> versions;
-  VerificationClass verificationClass{"\"/v/verify.jar\"", "\"Verify\""};
+  JVMSearch verification{search, {"\"/v/verify.jar\"", "\"Verify\""}};
   JVMFiles files{search};
 
  private:

@@ -25,6 +25,12 @@ class EmbeddedClass : public testing::Test {
     if (tmpdir_) ::setenv(kTmpdir, tmpdir_->c_str(), 1);
   }
 
+  /// The class after a search, which makes it ready.
+  const VerificationClass& prepared() {
+    fixture.find();
+    return fixture.files.verificationClass();
+  }
+
   JvmFixture fixture;
 
  private:
@@ -36,27 +42,27 @@ TEST_F(EmbeddedClass, IsTheOneThatWasSet) {
   fixture.file.add(kVerificationType, 1, "verify.jar", "embedded");
   fixture.load();
   fixture.files.setVerificationClass("cp", "Name");
-  EXPECT_EQ(fixture.files.verificationClass().classPath, "cp");
-  EXPECT_EQ(fixture.files.verificationClass().className, "Name");
+  EXPECT_EQ(prepared().classPath, "cp");
+  EXPECT_EQ(prepared().className, "Name");
 }
 
 TEST_F(EmbeddedClass, OneSettingKeepsTheEmbeddedOneOut) {
   fixture.file.add(kVerificationType, 1, "verify.jar", "embedded");
   fixture.load();
   fixture.files.setVerificationClass("", "Name");
-  EXPECT_EQ(fixture.files.verificationClass().classPath, "");
-  EXPECT_EQ(fixture.files.verificationClass().className, "Name");
+  EXPECT_EQ(prepared().classPath, "");
+  EXPECT_EQ(prepared().className, "Name");
   fixture.files.setVerificationClass("cp", "");
-  EXPECT_EQ(fixture.files.verificationClass().classPath, "cp");
-  EXPECT_EQ(fixture.files.verificationClass().className, "");
+  EXPECT_EQ(prepared().classPath, "cp");
+  EXPECT_EQ(prepared().className, "");
   EXPECT_TRUE(fixture.tree.list("temp").empty());
 }
 
 TEST_F(EmbeddedClass, IsEmptyWithoutAnEmbeddedOne) {
   fixture.file.add(kArchiveType, 1, "app.jar", "archive");
   fixture.load();
-  EXPECT_EQ(fixture.files.verificationClass().classPath, "");
-  EXPECT_EQ(fixture.files.verificationClass().className, "");
+  EXPECT_EQ(prepared().classPath, "");
+  EXPECT_EQ(prepared().className, "");
 }
 
 TEST_F(EmbeddedClass, IsTheFirstEmbeddedOneExtracted) {
@@ -64,7 +70,7 @@ TEST_F(EmbeddedClass, IsTheFirstEmbeddedOneExtracted) {
       .add(kVerificationType, 2, "verify.jar", "first")
       .add(kVerificationType, 3, "other.jar", "second");
   fixture.load();
-  const VerificationClass& found = fixture.files.verificationClass();
+  const VerificationClass& found = prepared();
   EXPECT_EQ(found.className, "\"Verify\"");
   const std::string path = str(found.classPath);
   ASSERT_GT(path.size(), 2U);
@@ -79,10 +85,8 @@ TEST_F(EmbeddedClass, IsTheFirstEmbeddedOneExtracted) {
 TEST_F(EmbeddedClass, IsExtractedOnceARun) {
   fixture.file.add(kVerificationType, 2, "verify.jar", "class");
   fixture.load();
-  const std::string first = str(fixture.files.verificationClass().classPath);
-  EXPECT_EQ(str(fixture.files.verificationClass().classPath), first);
-  fixture.find();
-  EXPECT_EQ(str(fixture.files.verificationClass().classPath), first);
+  const std::string first = str(prepared().classPath);
+  EXPECT_EQ(str(prepared().classPath), first);
   EXPECT_EQ(fixture.tree.list("temp").size(), 2U);  // a directory and the copy in it
 }
 

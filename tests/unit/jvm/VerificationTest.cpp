@@ -16,7 +16,7 @@ using testing::StartsWith;
 class Verification : public testing::Test {
  protected:
   std::unique_ptr<JVMMatch> verify(JVMFile& file, const std::string& home) {
-    return file.verifyAt(text(home), fixture.verificationClass, fixture.search);
+    return file.verifyAt(text(home), fixture.verification);
   }
   std::string command() {
     EXPECT_EQ(fixture.run.platform.commands.size(), 1U);
@@ -151,24 +151,24 @@ TEST_F(Verification, NamesEveryPropertyInOrder) {
 }
 
 TEST_F(Verification, DoublesTheOuterQuotesOfAClassPathAlone) {
-  fixture.verificationClass = {"\"a.jar\",\"b.jar\"", "Check"};
+  fixture.verification.verificationClass = {"\"a.jar\",\"b.jar\"", "Check"};
   EXPECT_EQ(commandOf(jvmFileText("17")),
             R"("HOME/bin/java" -cp "":"a.jar:b.jar":""   Check java.version)");
 }
 
 TEST_F(Verification, PutsAClassPathWithoutOuterQuotesInAsItIs) {
-  fixture.verificationClass = {"\"a.jar\", \"b.jar\" ", "Check"};
+  fixture.verification.verificationClass = {"\"a.jar\", \"b.jar\" ", "Check"};
   EXPECT_EQ(commandOf(jvmFileText("17")),
             R"("HOME/bin/java" -cp "":a.jar:b.jar:""   Check java.version)");
 }
 
 TEST_F(Verification, AnEmptyClassPathIsAnEmptyList) {
-  fixture.verificationClass = {"", ""};
+  fixture.verification.verificationClass = {"", ""};
   EXPECT_EQ(commandOf(jvmFileText("17")), R"("HOME/bin/java" -cp "":""    java.version)");
 }
 
 TEST_F(Verification, PassesTheErrorOfABadClassPathOn) {
-  fixture.verificationClass = {"bare.jar", "Check"};
+  fixture.verification.verificationClass = {"bare.jar", "Check"};
   const std::string home = fixture.home("jdk", "17");
   const std::string start = "\"" + home + "/@JVM_EXE@\" %CP%(";
   try {
@@ -244,7 +244,7 @@ TEST_F(Verification, RequiresEveryProperty) {
 class OwnHome : public Verification {
  protected:
   std::unique_ptr<JVMMatch> verifyOwn(const std::string& jvmFile) {
-    return fixture.jvmFile(jvmFile).verifyOwnHome(fixture.verificationClass, fixture.search);
+    return fixture.jvmFile(jvmFile).verifyOwnHome(fixture.verification);
   }
 };
 

@@ -1,7 +1,8 @@
+#include "launcher/launch/MacroHandler.h"
+
 #include <cstdint>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/launch/MacroHandler.h"
 
 namespace vessant {
 namespace {

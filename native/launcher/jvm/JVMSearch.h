@@ -1,4 +1,5 @@
-// What verifying and searching Java homes needs from the run. The driver fills it once.
+// What verifying and searching Java homes works with: what the run gives, and the class that
+// candidates are made to run.
 #pragma once
 
 #include "launcher/base/SString.h"
@@ -7,6 +8,7 @@ namespace vessant {
 
 struct LaunchContext;
 
+/// What the run gives. The driver fills it once.
 struct JVMSearchContext {
   LaunchContext& launch;
   /// The Java home that the user named; empty when there is none.
@@ -23,6 +25,12 @@ struct JVMSearchContext {
 struct VerificationClass {
   SString classPath;
   SString className;
+};
+
+/// One search. Every candidate of it is verified with the same class; the context must outlive it.
+struct JVMSearch {
+  const JVMSearchContext& context;
+  VerificationClass verificationClass = {};
 };
 
 }  // namespace vessant
