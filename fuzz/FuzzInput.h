@@ -27,7 +27,7 @@ class QuietProgress : public ProgressSink {
 /// Runs no command and has an environment of one variable.
 class QuietPlatform : public Platform {
  public:
-  std::int32_t executeCommand(const ChildCommand&, ProgressSink&) override { return 0; }
+  ChildResult executeCommand(const ChildCommand&, ProgressSink&) override { return {}; }
   [[nodiscard]] SString getEnvironmentVariable(const SString& name) const override;
   void setEnvironmentVariable(const SString&, const SString&) override {}
   [[nodiscard]] bool hasFreeSpace(const SString&, std::uint32_t, std::uint32_t) const override {

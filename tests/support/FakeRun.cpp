@@ -39,16 +39,16 @@ void RecordingProgress::showSearchPhase(SearchPhase phase, const SString& text) 
   phases.emplace_back(phase, str(text));
 }
 
-std::int32_t FakePlatform::executeCommand(const ChildCommand& command, ProgressSink& progress) {
+ChildResult FakePlatform::executeCommand(const ChildCommand& command, ProgressSink& progress) {
   commands.push_back(command);
   if (onExecute != nullptr) onExecute(*this);
   if (executor) return executor(command, progress);
   if (command.captureOutput && command.stdoutText != nullptr) command.stdoutText->append(output);
   if (command.captureOutput && command.stderrText != nullptr) command.stderrText->append(errors);
-  if (results.empty()) return 0;
+  if (results.empty()) return {0, end};
   const std::int32_t result = results.front();
   results.erase(results.begin());
-  return result;
+  return {result, end};
 }
 
 SString FakePlatform::getEnvironmentVariable(const SString& name) const {

@@ -56,7 +56,7 @@ class RecordingProgress : public ProgressSink {
 /// may set `onExecute` to do something while the command "runs".
 class FakePlatform : public Platform {
  public:
-  std::int32_t executeCommand(const ChildCommand& command, ProgressSink& progress) override;
+  ChildResult executeCommand(const ChildCommand& command, ProgressSink& progress) override;
   [[nodiscard]] SString getEnvironmentVariable(const SString& name) const override;
   void setEnvironmentVariable(const SString& name, const SString& value) override;
   [[nodiscard]] bool hasFreeSpace(const SString& directory, std::uint32_t byteCount,
@@ -71,12 +71,14 @@ class FakePlatform : public Platform {
 
   std::map<std::string, std::string> environment;
   std::vector<std::int32_t> results;
+  /// How every command ends.
+  ChildEnd end = ChildEnd::Exited;
   std::string output;
   std::string errors;
   bool enoughSpace = true;
   void (*onExecute)(FakePlatform&) = nullptr;
   /// Runs the commands in its place, when set.
-  std::function<std::int32_t(const ChildCommand&, ProgressSink&)> executor;
+  std::function<ChildResult(const ChildCommand&, ProgressSink&)> executor;
 
   std::vector<ChildCommand> commands;  // as given; their text pointers may no longer be good
   std::vector<std::pair<std::string, std::string>> settings;  // every setEnvironmentVariable

@@ -81,6 +81,16 @@ class CancelFlag {
   volatile std::sig_atomic_t set_ = 0;
 };
 
+/// What a child may use up. 0 stands for no limit.
+struct ChildLimits {
+  /// Bytes on both of its streams together, counted while they are collected.
+  std::uint64_t outputBytes = 0;
+  /// From its start to the end of its last output.
+  std::uint32_t seconds = 0;
+
+  [[nodiscard]] bool isSet() const { return outputBytes != 0 || seconds != 0; }
+};
+
 /// A command line to run, and how.
 struct ChildCommand {
   /// The whole command line, for the shell.
@@ -98,6 +108,20 @@ struct ChildCommand {
   SString* stderrText = nullptr;
   /// Become the command instead of starting a child; the other settings are ignored then.
   bool replaceProcess = false;
+  /// Let the child read from an empty input instead of the launcher's.
+  bool emptyInput = false;
+  /// A child with a limit runs in a process group of its own, and is killed with all of it when it
+  /// goes beyond. What it has written until then is kept.
+  ChildLimits limits = {};
+};
+
+/// Why a child is no longer running.
+enum class ChildEnd { Exited, TimeLimit, OutputLimit };
+
+struct ChildResult {
+  /// 0 to 255; 0 for a shell ended by a signal and for a child that went beyond a limit.
+  std::int32_t exitCode = 0;
+  ChildEnd end = ChildEnd::Exited;
 };
 
 /// What the launcher asks of the operating system beyond files. The real one lies in linux/.
@@ -105,11 +129,11 @@ class Platform {
  public:
   virtual ~Platform() = default;
 
-  /// Runs a command to its end and returns its exit code: 0 to 255, 0 for a child ended by a
-  /// signal. `progress` moves on while output is collected. With `replaceProcess` it returns only
-  /// when the replacement failed, with 0. Throws LauncherException when the child could not be
-  /// started or waited for.
-  virtual std::int32_t executeCommand(const ChildCommand& command, ProgressSink& progress) = 0;
+  /// Runs a command to its end. `progress` moves on while output is collected. With
+  /// `replaceProcess` it returns only when the replacement failed, with exit code 0. Throws
+  /// LauncherException when the child could not be started or waited for. A signal that ended the
+  /// program has set the run's cancel flag by then; one that the program survived has not.
+  virtual ChildResult executeCommand(const ChildCommand& command, ProgressSink& progress) = 0;
 
   /// The value of an environment variable; empty when it is not set.
   [[nodiscard]] virtual SString getEnvironmentVariable(const SString& name) const = 0;

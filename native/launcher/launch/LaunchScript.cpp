@@ -155,7 +155,7 @@ std::int32_t LaunchScript::runCommand(const SString& command, const SString& dir
   child.redirectChildOutput = true;
   child.stdoutText = &standardOutput_;
   child.stderrText = &standardError_;
-  return context_.services.platform.executeCommand(child, context_.services.progress);
+  return context_.services.platform.executeCommand(child, context_.services.progress).exitCode;
 }
 
 void LaunchScript::logOutput() const {

@@ -69,7 +69,7 @@ int collectOutput(const ChildCommand& command, pid_t child, OutputPipes& pipes,
 
 }  // namespace
 
-std::int32_t runChildProcess(const ChildCommand& command, ProgressSink& progress) {
+ChildResult runChildProcess(const ChildCommand& command, ProgressSink& progress) {
   UniqueFd previousDirectory;
   if (!command.workingDirectory.isEmpty()) {
     previousDirectory = enterDirectory(command.workingDirectory);
@@ -85,7 +85,7 @@ std::int32_t runChildProcess(const ChildCommand& command, ProgressSink& progress
   }
   const int status =
       command.captureOutput ? collectOutput(command, child, pipes, progress) : waitForAnyChild();
-  return WEXITSTATUS(status);
+  return {.exitCode = WEXITSTATUS(status)};
 }
 
 }  // namespace vessant

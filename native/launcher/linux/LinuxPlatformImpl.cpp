@@ -31,13 +31,12 @@ void replaceProcess(const SString& command) {
 
 }  // namespace
 
-std::int32_t LinuxPlatformImpl::executeCommand(const ChildCommand& command,
-                                               ProgressSink& progress) {
+ChildResult LinuxPlatformImpl::executeCommand(const ChildCommand& command, ProgressSink& progress) {
   // What is still in the buffer belongs ahead of the child's output, and must not be written twice.
   std::fflush(stdout);
   if (command.replaceProcess) {
     replaceProcess(command.command);
-    return 0;
+    return {};
   }
   return runChildProcess(command, progress);
 }

@@ -7,7 +7,7 @@ namespace vessant {
 
 class LinuxPlatformImpl : public Platform {
  public:
-  std::int32_t executeCommand(const ChildCommand& command, ProgressSink& progress) override;
+  ChildResult executeCommand(const ChildCommand& command, ProgressSink& progress) override;
 
   [[nodiscard]] SString getEnvironmentVariable(const SString& name) const override;
   /// The text handed to the environment is never freed, because the environment keeps pointing at

@@ -17,7 +17,7 @@ std::string homeIn(const ChildCommand& command) {
 
 JvmFixture::JvmFixture() {
   run.platform.executor = [this](const ChildCommand& command, ProgressSink& /*progress*/) {
-    return answer(command);
+    return ChildResult{.exitCode = answer(command)};
   };
 }
 

@@ -147,7 +147,7 @@ TEST(ChildProcess, WaitsForACommandInTheBackground) {
   ChildRunner runner;
   ChildCommand child{.command = text("echo done >" + tree.path("file") + "; exit 3")};
   child.runInBackground = true;
-  EXPECT_EQ(runner.platform.executeCommand(child, runner.progress), 3);
+  EXPECT_EQ(runner.platform.executeCommand(child, runner.progress).exitCode, 3);
   EXPECT_EQ(readFile(tree.path("file")), "done\n");
 }
 

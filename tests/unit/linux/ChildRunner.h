@@ -27,13 +27,13 @@ struct ChildRunner {
     child.redirectChildOutput = true;
     child.stdoutText = &out;
     child.stderrText = &err;
-    return platform.executeCommand(child, progress);
+    return platform.executeCommand(child, progress).exitCode;
   }
 
   /// Lets the command use the streams of this process.
   std::int32_t pass(const std::string& command, const std::string& directory = "") {
-    return platform.executeCommand({.command = text(command), .workingDirectory = text(directory)},
-                                   progress);
+    const ChildCommand child{.command = text(command), .workingDirectory = text(directory)};
+    return platform.executeCommand(child, progress).exitCode;
   }
 
   LinuxPlatformImpl platform;

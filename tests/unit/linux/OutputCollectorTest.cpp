@@ -114,7 +114,7 @@ TEST(CapturedChild, OutputIsCollectedWithoutATextToo) {
   ChildCommand child{.command = text(helper("out 200000 err 200000 exit 6"))};
   child.captureOutput = true;
   child.redirectChildOutput = true;
-  EXPECT_EQ(runner.platform.executeCommand(child, runner.progress), 6);
+  EXPECT_EQ(runner.platform.executeCommand(child, runner.progress).exitCode, 6);
   EXPECT_GE(runner.progress.steps, 400000 / static_cast<int>(kChunk));
 }
 
@@ -131,7 +131,7 @@ TEST(CapturedChild, WithoutRedirectionItKeepsTheStreamsOfTheLauncher) {
     child.captureOutput = true;
     child.stdoutText = &runner.out;
     child.stderrText = &runner.err;
-    const std::int32_t status = runner.platform.executeCommand(child, runner.progress);
+    const std::int32_t status = runner.platform.executeCommand(child, runner.progress).exitCode;
     return runner.out.isEmpty() && runner.err.isEmpty() ? status : 99;
   });
   EXPECT_EQ(result.status, 4);
@@ -145,7 +145,7 @@ TEST(CapturedChild, RedirectionAloneCollectsNothing) {
     ChildCommand child{.command = text(helper("text out exit 4"))};
     child.redirectChildOutput = true;
     child.stdoutText = &runner.out;
-    const std::int32_t status = runner.platform.executeCommand(child, runner.progress);
+    const std::int32_t status = runner.platform.executeCommand(child, runner.progress).exitCode;
     return runner.out.isEmpty() ? status : 99;
   });
   EXPECT_EQ(result.status, 4);
@@ -201,7 +201,7 @@ TEST(CapturedChild, AStopIsNotItsEnd) {
   child.captureOutput = true;
   child.redirectChildOutput = true;
   child.stdoutText = &out;
-  EXPECT_EQ(LinuxPlatformImpl().executeCommand(child, progress), 4);
+  EXPECT_EQ(LinuxPlatformImpl().executeCommand(child, progress).exitCode, 4);
   EXPECT_TRUE(out.view().ends_with("\nmore\n"));
 }
 

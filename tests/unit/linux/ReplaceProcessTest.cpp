@@ -24,7 +24,7 @@ ForkedResult becomeCommand(const std::string& command, const std::string& direct
     child.stdoutText = &runner.out;
     child.replaceProcess = true;
     std::printf("ahead\n");
-    return runner.platform.executeCommand(child, runner.progress) == 0 ? kReturned : 99;
+    return runner.platform.executeCommand(child, runner.progress).exitCode == 0 ? kReturned : 99;
   });
 }
 
