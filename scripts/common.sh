@@ -42,3 +42,8 @@ need_jdk() {
     command -v javac >/dev/null && command -v jar >/dev/null && command -v jlink >/dev/null ||
         need_packages default-jdk-headless
 }
+
+# What vspack is built with. The launcher needs none of it.
+need_vspack_libraries() {
+    need_packages libcli11-dev nlohmann-json3-dev libarchive-dev libssl-dev
+}

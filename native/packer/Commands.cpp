@@ -1,130 +1,131 @@
 #include "packer/Commands.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <exception>
+#include <string>
 #include <vector>
 
-#include <unistd.h>
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 
-#include "launcher/base/Exceptions.h"
-#include "launcher/base/PathUtil.h"
-#include "launcher/driver/output/Messages.h"
-#include "launcher/linux/LinuxPlatformImpl.h"
-#include "packer/LauncherFileWriter.h"
-#include "packer/Listing.h"
-#include "packer/Manifest.h"
+#include "launcher/base/SystemError.h"
+#include "packer/ListCommand.h"
+#include "packer/Nearest.h"
+#include "packer/PackCommand.h"
+#include "packer/Text.h"
 
 namespace vessant {
 namespace {
 
-constexpr int kDone = 0;
-constexpr int kFailed = 1;
-constexpr int kWrongCall = 2;
+using AddCommand = void (*)(CLI::App& app, Session& session);
 
-constexpr const char* kUsage =
-    "usage: vspack pack MANIFEST [-o INSTALLER] [-l LAUNCHER] [-I DIRECTORY]...\n"
-    "       vspack list INSTALLER\n"
-    "\n"
-    "pack  writes the installer that MANIFEST describes\n"
-    "        -o  writes it to this file instead of the manifest's OUTPUT\n"
-    "        -l  puts this launcher in front; the default is the manifest's LAUNCHER, else the\n"
-    "            one next to vspack\n"
-    "        -I  looks here, too, for files that are not found beside the manifest\n"
-    "list  shows the files that an installer carries\n";
-
-/// The readers' log lines are repeated in the errors that they throw.
-class NoLog : public LogSink {
- public:
-  void log(const SString& /*text*/, LogLevel /*level*/) override {}
+/// All commands, in the order in which `--help` lists them.
+constexpr AddCommand kCommands[] = {
+    addPackCommand,
+    addListCommand,
 };
 
-struct PackOptions {
-  SString manifest;
-  SString output;
-  SString launcher;
-  SearchPath searchPath;
+/// A call that makes no sense.
+struct WrongCall {
+  std::string text;
 };
 
-/// The launcher that was built and installed together with this packer.
-SString launcherBesidePacker() {
-  char self[4096] = {};
-  if (::readlink("/proc/self/exe", self, sizeof(self) - 1) < 0) return "launcher";
-  return joinPath(directoryOf(self), "launcher");
+std::vector<std::string> commandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  return names;
 }
 
-/// Returns whether the arguments make sense.
-bool readOptions(const std::vector<SString>& arguments, PackOptions& options) {
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const SString& argument = arguments[i];
-    if (!argument.view().starts_with('-')) {
-      if (!options.manifest.isEmpty()) return false;
-      options.manifest = argument;
-      continue;
+/// The names of all options, with their dashes.
+std::vector<std::string> optionNames(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+  }
+  return names;
+}
+
+/// The first word must be a command or an option of vspack itself.
+void checkCommandWord(const CLI::App& app, const std::vector<std::string>& words) {
+  if (words.empty()) throw WrongCall{"a command is missing; vspack --help lists them"};
+  const std::string& word = words.front();
+  const std::vector<std::string> known =
+      word.starts_with('-') ? optionNames(app) : commandNames(app);
+  for (const std::string& name : known) {
+    if (name == word) return;
+  }
+  const char* kind = word.starts_with('-') ? "option" : "command";
+  throw WrongCall{"there is no " + std::string(kind) + " " + quotedName(word) +
+                  suggestion(word, known)};
+}
+
+const CLI::App& chosenCommand(const CLI::App& app) {
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  return chosen.empty() ? app : *chosen.front();
+}
+
+std::string unexpectedText(const CLI::App& app) {
+  const CLI::App& command = chosenCommand(app);
+  for (const std::string& word : app.remaining(true)) {
+    if (word.starts_with('-')) {
+      return "there is no option " + quotedName(word) + suggestion(word, optionNames(command));
     }
-    if (i + 1 == arguments.size()) return false;
-    const SString& value = arguments[++i];
-    if (argument == "-o") {
-      options.output = value;
-    } else if (argument == "-l") {
-      options.launcher = value;
-    } else if (argument == "-I") {
-      options.searchPath.push_back(value);
-    } else {
-      return false;
-    }
   }
-  return !options.manifest.isEmpty();
+  const std::vector<std::string> rest = app.remaining(true);
+  return rest.empty() ? "there are too many arguments"
+                      : quotedName(rest.front()) + " is one argument too many";
 }
 
-class Packer {
- public:
-  int run(const SString& command, const std::vector<SString>& arguments);
-
- private:
-  int pack(const PackOptions& options);
-
-  LinuxPlatformImpl platform_;
-  Messages messages_{platform_};
-  NoLog log_;
-};
-
-int Packer::run(const SString& command, const std::vector<SString>& arguments) {
-  if (command == "list" && arguments.size() == 1) {
-    std::fputs(listLauncherFile(arguments.front(), log_, messages_).cString(), stdout);
-    return kDone;
-  }
-  PackOptions options;
-  if (command == "pack" && readOptions(arguments, options)) return pack(options);
-  std::fputs(kUsage, stderr);
-  return kWrongCall;
+void describe(CLI::App& app, Session& session) {
+  app.name("vspack");
+  app.set_version_flag("--version", "vspack " VESSANT_VERSION);
+  app.set_help_flag("-h,--help", "Show this help");
+  app.require_subcommand(1);
+  for (const AddCommand add : kCommands) add(app, session);
 }
 
-int Packer::pack(const PackOptions& options) {
-  Manifest manifest = readManifest(options.manifest, options.searchPath, log_);
-  if (!options.output.isEmpty()) manifest.output = options.output;
-  if (!options.launcher.isEmpty()) manifest.launcher = options.launcher;
-  if (manifest.launcher.isEmpty()) manifest.launcher = launcherBesidePacker();
-  if (manifest.output.isEmpty()) {
-    throw LauncherException(options.manifest + ": there is no OUTPUT tag and no -o option");
+/// CLI11's own exceptions leave here as help, version or WrongCall.
+void parse(CLI::App& app, std::vector<std::string> words, Session& session) {
+  try {
+    app.parse(std::move(words));
+  } catch (const CLI::CallForHelp&) {
+    session.out << app.help();  // that of the chosen command
+  } catch (const CLI::CallForVersion& version) {
+    session.out << version.what() << '\n';
+  } catch (const CLI::ExtrasError&) {
+    throw WrongCall{unexpectedText(app)};
+  } catch (const CLI::ParseError& error) {
+    throw WrongCall{error.what()};
   }
-  writeLauncherFile(manifest, log_, messages_);
-  return kDone;
+}
+
+void parseAndRun(const std::vector<std::string>& words, Session& session) {
+  CLI::App app("Makes, checks and opens installers for Java programs.");
+  describe(app, session);
+  checkCommandWord(app, words);
+  parse(app, {words.rbegin(), words.rend()}, session);
+  session.out.flush();
+  if (!session.out) throw failure("standard output: " + str(systemErrorText()));
 }
 
 }  // namespace
 
-int runPacker(int argumentCount, const char* const* arguments) {
-  const SString command = argumentCount > 1 ? arguments[1] : "";
-  std::vector<SString> rest;
-  for (int i = 2; i < argumentCount; ++i) rest.emplace_back(arguments[i]);
+int runPacker(int argumentCount, const char* const* arguments, Session& session) {
+  const std::vector<std::string> words(arguments + std::min(argumentCount, 1),
+                                       arguments + argumentCount);
   try {
-    return Packer().run(command, rest);
+    parseAndRun(words, session);
+    return session.status;
+  } catch (const WrongCall& wrong) {
+    session.err << "vspack: " << wrong.text << '\n';
   } catch (const LauncherException& error) {
-    std::fprintf(stderr, "vspack: %s\n", error.message().cString());
+    session.err << "vspack: " << str(error.message()) << '\n';
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "vspack: %s\n", error.what());
+    session.err << "vspack: " << error.what() << '\n';
   }
-  return kFailed;
+  return kTrouble;
 }
 
 }  // namespace vessant

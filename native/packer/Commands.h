@@ -1,10 +1,12 @@
 // vspack's command line.
 #pragma once
 
+#include "packer/Session.h"
+
 namespace vessant {
 
-/// Runs one command. Results go to standard output and errors to standard error. Returns the exit
-/// status: 0, 1 for a command that failed, 2 for a wrong call.
-int runPacker(int argumentCount, const char* const* arguments);
+/// Runs the command that the arguments choose and returns the exit status: kFine, kFindings or
+/// kTrouble. What goes wrong is told on the session's error stream.
+int runPacker(int argumentCount, const char* const* arguments, Session& session);
 
 }  // namespace vessant

@@ -10,6 +10,6 @@ namespace vessant {
 /// Writes the installer that the manifest describes, executable for everybody who may read it. The
 /// finished file takes its name in one step; on failure nothing is left of it. Throws
 /// LauncherException, naming the file concerned.
-void writeLauncherFile(const Manifest& manifest, LogSink& log, const MessageSource& messages);
+void writeLauncherFile(const Manifest& manifest, LogSink& log);
 
 }  // namespace vessant

@@ -25,6 +25,8 @@ class UniqueFd {
     if (fd_ >= 0) ::close(fd_);  // nothing can be done about a failure
     fd_ = fd;
   }
+  /// Closes the descriptor to learn whether that works: 0, or -1 with the reason in errno.
+  [[nodiscard]] int close() { return ::close(std::exchange(fd_, -1)); }
 
  private:
   int fd_ = -1;

@@ -1,0 +1,36 @@
+// The unfinished output files of this process, which an interrupt removes.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <cstddef>
+
+namespace vessant {
+
+/// While one lives, SIGHUP, SIGINT and SIGTERM remove the files that are registered with it before
+/// they end the process as they would have anyhow. Signals that were ignored stay ignored. There is
+/// one at a time, made where the process begins.
+class PendingFiles {
+ public:
+  PendingFiles();
+  PendingFiles(const PendingFiles&) = delete;
+  PendingFiles& operator=(const PendingFiles&) = delete;
+  ~PendingFiles();
+
+  /// `path` must stay where it is in memory until it is forgotten. Nothing happens when no
+  /// PendingFiles lives or too many files are pending.
+  static void remember(const char* path);
+  static void forget(const char* path);
+
+ private:
+  static constexpr std::size_t kMostFiles = 16;
+  static constexpr std::array<int, 3> kSignals = {SIGHUP, SIGINT, SIGTERM};
+
+  static void removeAllAndDie(int signal);
+
+  std::array<std::atomic<const char*>, kMostFiles> paths_ = {};
+  std::array<struct sigaction, kSignals.size()> before_ = {};
+};
+
+}  // namespace vessant

@@ -1,0 +1,24 @@
+#include "packer/Text.h"
+
+namespace vessant {
+
+std::string printable(std::string_view text) {
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  constexpr unsigned char kDelete = 0x7F;
+  std::string result;
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte >= ' ' && byte != kDelete) {
+      result += character;
+    } else {
+      result += {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
+    }
+  }
+  return result;
+}
+
+std::string quotedName(std::string_view text) {
+  return '"' + printable(text) + '"';
+}
+
+}  // namespace vessant
