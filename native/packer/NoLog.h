@@ -1,7 +1,7 @@
 // Nowhere to write: the readers repeat their log lines in the errors that they throw.
 #pragma once
 
-#include "launcher/base/LogSink.h"
+#include "launcher/base/RunServices.h"
 
 namespace vessant {
 
