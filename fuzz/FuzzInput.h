@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "launcher/base/Handles.h"
 #include "launcher/base/RunServices.h"
+#include "launcher/base/StdFile.h"
 
 namespace vessant::fuzz {
 

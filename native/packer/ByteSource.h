@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "launcher/base/Handles.h"
+#include "launcher/base/UniqueFd.h"
 
 namespace vessant {
 

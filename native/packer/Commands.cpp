@@ -9,7 +9,7 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
-#include "launcher/base/Exceptions.h"
+#include "launcher/base/SystemError.h"
 #include "packer/ListCommand.h"
 #include "packer/Nearest.h"
 #include "packer/PackCommand.h"

@@ -4,9 +4,9 @@
 #include <limits>
 #include <optional>
 
+#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/tagfile/TagFile.h"
 

@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-#include "launcher/base/Handles.h"
+#include "launcher/base/UniqueFd.h"
 #include "packer/ByteSource.h"
 
 namespace vessant {

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "launcher/base/Exceptions.h"
+#include "launcher/base/SystemError.h"
 
 namespace vessant {
 
@@ -16,9 +16,7 @@ bool deletePath(const SString& path, const RunServices& services) {
   const int result =
       S_ISDIR(status.st_mode) ? ::rmdir(path.cString()) : std::remove(path.cString());
   if (result == 0) return true;
-  const int error = errno;  // building the text may change it
-  services.log(SString("Could not delete ") + path + " :  " + systemErrorText(error),
-               LogLevel::Warning);
+  services.log(SString("Could not delete ") + path + " :  " + systemErrorText(), LogLevel::Warning);
   return false;
 }
 

@@ -1,4 +1,5 @@
-// Lists of texts, and of pairs of texts.
+// A list of texts. Unlike the lists of objects it stores private copies of what it is given, and it
+// answers an index that is out of range with the empty text.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +12,6 @@ namespace vessant {
 
 using SStringPtrDE = PtrDE<SString>;
 
-/// A list of texts. Unlike the lists of objects it stores private copies of what it is given, and
-/// it answers an index that is out of range with the empty text.
 class StringDeque : public GenericDeque {
  public:
   using Iterator = DequeIterator<const SString>;
@@ -31,14 +30,5 @@ class StringDeque : public GenericDeque {
   [[nodiscard]] Iterator begin() const { return {this, 0}; }
   [[nodiscard]] Iterator end() const { return {this, count()}; }
 };
-
-/// A name and a value, such as a Java system property and what it must be.
-struct StringPair {
-  SString name;
-  SString value;
-};
-
-using StringPairPtrDE = PtrDE<StringPair>;
-using StringPairPtrDeque = PtrDeque<StringPair>;
 
 }  // namespace vessant

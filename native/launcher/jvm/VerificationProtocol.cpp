@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "launcher/base/Readers.h"
+#include "launcher/base/LineReader.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/tagfile/JvmTagNames.h"
 
@@ -38,7 +38,8 @@ void readExpectedProperties(const TagFile& tags, StringPairPtrDeque& expected, L
   for (const SString& setting : *settings) {
     const SString::Size equals = setting.find('=');
     if (equals == SString::npos) {
-      log.log(SString("Invalid ") + jvmtag::kProperties + " setting (" + setting + ") in JVM File ",
+      log.log(SString("Invalid ") + jvmtag::kProperties + " setting (" + setting +
+                  ") in JVM File ",
               LogLevel::Warning);
       continue;
     }

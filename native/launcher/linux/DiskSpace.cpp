@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/SystemError.h"
 
 namespace vessant {
 namespace {

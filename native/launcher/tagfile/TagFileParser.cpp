@@ -2,8 +2,9 @@
 
 #include <utility>
 
+#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/Readers.h"
+#include "launcher/base/LineReader.h"
 #include "launcher/base/TextUtil.h"
 
 namespace vessant {

@@ -7,7 +7,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "launcher/base/Handles.h"
+#include "launcher/base/StdFile.h"
+#include "launcher/base/UniqueFd.h"
 #include "support/FakeRun.h"
 #include "support/TempTree.h"
 

@@ -1,6 +1,6 @@
 #include "TagFileFixture.h"
 
-#include "launcher/base/Handles.h"
+#include "launcher/base/StdFile.h"
 
 namespace vessant::test {
 

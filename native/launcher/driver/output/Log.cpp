@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "launcher/base/Handles.h"
+#include "launcher/base/StdFile.h"
 
 namespace vessant {
 namespace {

@@ -1,0 +1,91 @@
+#include "packer/check/Machine.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include <elf.h>
+
+#include "packer/ArchiveReader.h"
+#include "packer/MappedBytes.h"
+
+namespace vessant {
+namespace {
+
+/// The first bytes of an ELF file, up to the machine.
+constexpr std::size_t kMachineEnd = 20;
+constexpr std::string_view kGzip = "\x1F\x8B\x08";
+constexpr std::string_view kTar = "ustar";
+constexpr std::size_t kTarMagic = 257;
+/// The longest script in front of a tar file.
+constexpr std::size_t kLongestHead = 1U << 16U;
+constexpr std::uint64_t kLargestLauncher = 1U << 26U;
+/// How much of a tar file is unpacked to find a program in it.
+constexpr std::uint64_t kMostUnpacked = 1U << 21U;
+
+struct Machine {
+  std::uint16_t number;
+  const char* name;
+};
+
+constexpr Machine kMachines[] = {
+    {EM_386, "x86"},   {EM_X86_64, "x86-64"}, {EM_ARM, "arm"},    {EM_AARCH64, "aarch64"},
+    {EM_PPC, "ppc"},   {EM_PPC64, "ppc64"},   {EM_S390, "s390x"}, {EM_RISCV, "riscv"},
+    {EM_MIPS, "mips"}, {EM_SPARCV9, "sparc"},
+};
+
+/// Where the tar file behind a script begins; the end when there is none.
+std::size_t findPayload(std::string_view bytes) {
+  const std::string_view head = bytes.substr(0, kLongestHead);
+  for (std::size_t line = 0; line < head.size(); line = head.find('\n', line) + 1) {
+    const std::string_view rest = bytes.substr(line);
+    if (rest.starts_with(kGzip)) return line;
+    if (rest.size() > kTarMagic && rest.substr(kTarMagic).starts_with(kTar)) return line;
+    if (head.find('\n', line) == std::string_view::npos) break;
+  }
+  return bytes.size();
+}
+
+}  // namespace
+
+std::string machineOf(std::string_view bytes) {
+  if (bytes.size() < kMachineEnd || !bytes.starts_with(ELFMAG)) return "";
+  const bool isBig = bytes[EI_DATA] == ELFDATA2MSB;
+  const auto high = static_cast<unsigned char>(bytes[isBig ? 18 : 19]);
+  const auto low = static_cast<unsigned char>(bytes[isBig ? 19 : 18]);
+  const auto number = static_cast<std::uint16_t>(high << 8U | low);
+  for (const Machine& machine : kMachines) {
+    if (machine.number == number) return machine.name;
+  }
+  return "machine " + std::to_string(number);
+}
+
+std::string machineOfRuntime(const ByteSource& installer) {
+  const MappedBytes mapped(installer);
+  const std::string_view bytes = mapped.bytes();
+  const std::string own = machineOf(bytes);
+  if (!own.empty()) return own;
+  const std::size_t payload = findPayload(bytes);
+  if (payload == bytes.size()) return "";
+  ArchiveReader reader(bytes.substr(payload), ArchiveFormat::Tar);
+  const bool isCompressed = bytes.substr(payload).starts_with(kGzip);
+  std::uint64_t unpacked = 0;
+  while (const std::optional<ArchiveMember> member = reader.next()) {
+    const std::string machine = member->isRegular ? machineOf(reader.contents(kMachineEnd)) : "";
+    if (!machine.empty()) return machine;
+    unpacked += isCompressed ? member->size : 0;
+    if (unpacked > kMostUnpacked) break;
+  }
+  return "";
+}
+
+bool isLauncher(const ByteSource& program) {
+  if (program.length() > kLargestLauncher) return false;
+  const MappedBytes mapped(program);
+  const std::string_view bytes = mapped.bytes();
+  const auto holds = [bytes](std::string_view option) {
+    return std::search(bytes.begin(), bytes.end(), option.begin(), option.end()) != bytes.end();
+  };
+  return !machineOf(bytes).empty() && holds("-vs:extract") && holds("-vs:javahome");
+}
+
+}  // namespace vessant

@@ -1,0 +1,20 @@
+// For which machine a program was built, and whether it is a launcher.
+#pragma once
+
+#include <string>
+
+#include "packer/ByteSource.h"
+
+namespace vessant {
+
+/// The machine of an ELF program, such as "x86-64"; empty when the bytes are none.
+[[nodiscard]] std::string machineOf(std::string_view bytes);
+
+/// The machine of the runtime that a JVM installer brings: the installer itself, or the first
+/// program in the tar file behind its shell script. Empty when that cannot be told quickly.
+[[nodiscard]] std::string machineOfRuntime(const ByteSource& installer);
+
+/// Whether a program is a launcher: it knows a launcher's options.
+[[nodiscard]] bool isLauncher(const ByteSource& program);
+
+}  // namespace vessant

@@ -1,0 +1,160 @@
+#include "packer/check/ScriptCheck.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "packer/Nearest.h"
+#include "packer/Text.h"
+#include "packer/check/ScriptFlow.h"
+#include "packer/check/StatementCheck.h"
+#include "packer/check/VariableCheck.h"
+
+namespace vessant {
+namespace {
+
+bool doesSomething(const Statement& statement) {
+  return statement.verb != Verb::Label && statement.verb != Verb::Comment;
+}
+
+bool isComputed(const std::string& text) {
+  return text.find('@') != std::string::npos;
+}
+
+class ScriptCheck {
+ public:
+  ScriptCheck(const std::string& file, const std::vector<Statement>& statements, Findings& findings)
+      : file_(file), statements_(statements), findings_(findings) {}
+
+  void run();
+
+ private:
+  void checkLabels();
+  void checkFirstStatement();
+  void checkJumps();
+  [[nodiscard]] std::vector<std::string> labelNames() const;
+  [[nodiscard]] bool isJumpedTo(const std::string& label) const;
+  void checkFlow();
+  void checkReachable(const ScriptFlow& flow);
+  void checkEnds(const ScriptFlow& flow);
+  void error(std::size_t statement, const char* name, const std::string& text) {
+    findings_.error(file_, statements_[statement].line, name, text);
+  }
+
+  const std::string& file_;
+  const std::vector<Statement>& statements_;
+  Findings& findings_;
+  bool jumpsNowhere_ = false;
+};
+
+void ScriptCheck::run() {
+  checkLabels();
+  checkFirstStatement();
+  checkJumps();
+  checkFlow();
+}
+
+void ScriptCheck::checkLabels() {
+  std::map<std::string, int> lineOfFirst;
+  for (std::size_t i = 0; i < statements_.size(); ++i) {
+    const Statement& statement = statements_[i];
+    if (statement.verb != Verb::Label || statement.text == ":") continue;
+    const auto [known, isNew] = lineOfFirst.try_emplace(statement.word, statement.line);
+    if (isNew) continue;
+    error(i, "doubled-label",
+          "the label " + quotedName(statement.word) + " stands in line " +
+              std::to_string(known->second) + " already; jumps never come here");
+  }
+}
+
+void ScriptCheck::checkFirstStatement() {
+  if (statements_.empty() || statements_.front().verb != Verb::Label) return;
+  const Statement& first = statements_.front();
+  const std::string text =
+      "no jump finds a label in the first statement: put a statement, such as a comment, before it";
+  if (isJumpedTo(first.text)) return error(0, "label-in-first-statement", text);
+  findings_.warning(file_, first.line, "label-in-first-statement", text);
+}
+
+bool ScriptCheck::isJumpedTo(const std::string& label) const {
+  return std::any_of(statements_.begin(), statements_.end(), [&label](const Statement& statement) {
+    const std::optional<std::string> target = jumpTarget(statement);
+    return target && ":" + *target == label;
+  });
+}
+
+void ScriptCheck::checkJumps() {
+  for (std::size_t i = 0; i < statements_.size(); ++i) {
+    const std::optional<std::string> label = jumpTarget(statements_[i]);
+    if (!label || isComputed(*label) || findLabelStatement(statements_, *label)) continue;
+    jumpsNowhere_ = true;
+    const bool isFirst = ":" + *label == statements_.front().text;
+    if (isFirst) continue;  // reported where the label stands
+    const bool hasMark = label->starts_with(':');
+    error(i, "unknown-label",
+          "there is no label " + quotedName(":" + *label) +
+              (hasMark ? "; a jump names its label without the colon"
+                       : suggestion(*label, labelNames())));
+  }
+}
+
+std::vector<std::string> ScriptCheck::labelNames() const {
+  std::vector<std::string> names;
+  for (const Statement& statement : statements_) {
+    if (statement.verb == Verb::Label) names.push_back(statement.word.substr(1));
+  }
+  return names;
+}
+
+void ScriptCheck::checkFlow() {
+  if (statements_.empty()) return;
+  const ScriptFlow flow = followScript(statements_);
+  checkReachable(flow);
+  checkEnds(flow);
+}
+
+/// One finding for each stretch of statements that no run comes to.
+void ScriptCheck::checkReachable(const ScriptFlow& flow) {
+  bool inStretch = false;
+  for (std::size_t i = 0; i < statements_.size(); ++i) {
+    if (flow.reachable[i]) inStretch = false;
+    if (flow.reachable[i] || inStretch || !doesSomething(statements_[i])) continue;
+    inStretch = true;
+    error(i, "unreachable-statement",
+          "no run of the script comes here: remove it, or let a jump lead to a label above it");
+  }
+}
+
+void ScriptCheck::checkEnds(const ScriptFlow& flow) {
+  if (flow.endsWithoutLaunch) {
+    error(*flow.endsWithoutLaunch, "ends-without-launch",
+          "from here the script can end with status 0 without having launched anything: end that "
+          "way with \"ILAUNCH 0 0\", which fails with status 255, or launch a JVM file that tells "
+          "the user what is missing");
+  }
+  if (flow.ends || jumpsNowhere_) return;
+  error(statements_.size() - 1, "endless-script", "no way through the script comes to its end");
+}
+
+}  // namespace
+
+std::vector<Statement> readStatements(const TagText& script) {
+  std::vector<Statement> statements;
+  for (const TextValue& value : script.valuesOf("INSTRUCTIONS")) {
+    statements.push_back(readStatement(value.text, value.line));
+  }
+  return statements;
+}
+
+void checkScript(const TagText& script, const std::vector<Statement>& statements,
+                 Findings& findings) {
+  if (script.isReadable() && script.find("INSTRUCTIONS") == nullptr) {
+    findings.error(script.file(), 1, "missing-tag",
+                   "there is no INSTRUCTIONS, whose values are the statements");
+  }
+  checkStatements(script.file(), statements, findings);
+  checkVariables(script.file(), statements, findings);
+  ScriptCheck(script.file(), statements, findings).run();
+}
+
+}  // namespace vessant

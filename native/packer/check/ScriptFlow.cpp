@@ -1,0 +1,185 @@
+#include "packer/check/ScriptFlow.h"
+
+#include <array>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+
+#include "packer/check/NumberCheck.h"
+
+namespace vessant {
+namespace {
+
+/// Scripts with more ways than this are not followed to the end; nothing is said of them.
+constexpr std::size_t kMostStates = 100000;
+
+enum class Known : char { Zero, NotZero, Nothing };
+
+/// A place in the script and what is known there.
+struct State {
+  std::size_t place = 0;
+  std::array<Known, InstructionActions::kNumericVariables> numbers{};  // all 0 at the start
+  bool launched = false;
+  /// Behind a jump whose target is not known.
+  bool uncertain = false;
+  /// The last statement that decided where to go on.
+  std::size_t cameFrom = 0;
+
+  [[nodiscard]] auto key() const { return std::tuple(place, numbers, launched, uncertain); }
+  friend bool operator<(const State& a, const State& b) { return a.key() < b.key(); }
+};
+
+Known ofNumber(std::int64_t number) {
+  return number == 0 ? Known::Zero : Known::NotZero;
+}
+
+class FlowReader {
+ public:
+  explicit FlowReader(const std::vector<Statement>& statements);
+
+  ScriptFlow follow();
+
+ private:
+  void step(State state);
+  void jump(const State& state, const std::string& label);
+  void branch(State state);
+  void assign(State& state) const;
+  void reach(State state, std::size_t place);
+  [[nodiscard]] Known valueOf(const State& state, const std::string& expression) const;
+  [[nodiscard]] static std::optional<std::size_t> numberOf(const std::string& reference);
+
+  const std::vector<Statement>& statements_;
+  std::unordered_map<std::string, std::size_t> labels_;
+  ScriptFlow flow_;
+  std::set<State> seen_;
+  std::vector<State> open_;
+};
+
+FlowReader::FlowReader(const std::vector<Statement>& statements) : statements_(statements) {
+  for (std::size_t i = 1; i < statements.size(); ++i) {
+    if (statements[i].verb == Verb::Label) labels_.try_emplace(statements[i].text, i);
+  }
+}
+
+ScriptFlow FlowReader::follow() {
+  flow_.reachable.assign(statements_.size(), false);
+  reach(State{}, 0);
+  while (!open_.empty() && seen_.size() < kMostStates) {
+    State state = open_.back();
+    open_.pop_back();
+    flow_.reachable[state.place] = true;
+    step(std::move(state));
+  }
+  if (open_.empty()) return std::move(flow_);
+  return {std::vector<bool>(statements_.size(), true), std::nullopt, true};
+}
+
+void FlowReader::step(State state) {
+  const Statement& statement = statements_[state.place];
+  const std::optional<std::string> label = jumpTarget(statement);
+  switch (statement.verb) {
+    case Verb::Jmp0:
+      return branch(std::move(state));
+    case Verb::Goto:
+      state.cameFrom = state.place;
+      return jump(state, label.value_or(""));
+    case Verb::FindJvm:
+    case Verb::InstallJvm:
+    case Verb::Verify:
+      state.numbers[0] = Known::Nothing;
+      break;
+    case Verb::Set:
+      assign(state);
+      break;
+    case Verb::Launch:
+    case Verb::ILaunch:
+    case Verb::ExecuteLauncher:
+      state.launched = true;
+      break;
+    default:
+      break;
+  }
+  const std::size_t next = state.place + 1;
+  reach(std::move(state), next);
+}
+
+/// A computed label may be any. One that is not there is reported elsewhere and was meant to be
+/// somewhere.
+void FlowReader::jump(const State& state, const std::string& label) {
+  const auto target = labels_.find(":" + label);
+  if (target != labels_.end()) return reach(state, target->second);
+  State anywhere = state;
+  anywhere.numbers.fill(Known::Nothing);
+  anywhere.uncertain = true;
+  for (const auto& [text, place] : labels_) reach(anywhere, place);
+  if (label.find('@') == std::string::npos) reach(anywhere, state.place + 1);
+}
+
+void FlowReader::branch(State state) {
+  const std::string expression = statements_[state.place].argument(0);
+  const Known value = valueOf(state, expression);
+  const std::optional<std::size_t> variable = numberOf(expression);
+  state.cameFrom = state.place;
+  if (value != Known::NotZero) {
+    State jumping = state;
+    if (variable) jumping.numbers[*variable] = Known::Zero;
+    jump(jumping, statements_[state.place].argument(1));
+  }
+  if (value == Known::Zero) return;
+  if (variable) state.numbers[*variable] = Known::NotZero;
+  const std::size_t next = state.place + 1;
+  reach(std::move(state), next);
+}
+
+void FlowReader::assign(State& state) const {
+  const Statement& statement = statements_[state.place];
+  const std::optional<std::size_t> variable = numberOf("@" + statement.argument(0) + "@");
+  if (variable) state.numbers[*variable] = valueOf(state, statement.argument(1));
+}
+
+void FlowReader::reach(State state, std::size_t place) {
+  state.place = place;
+  if (place < statements_.size()) {
+    if (seen_.insert(state).second) open_.push_back(std::move(state));
+    return;
+  }
+  flow_.ends = true;
+  if (state.launched || state.uncertain || statements_.empty()) return;
+  const std::size_t from = state.cameFrom;
+  if (!flow_.endsWithoutLaunch || from < *flow_.endsWithoutLaunch) flow_.endsWithoutLaunch = from;
+}
+
+Known FlowReader::valueOf(const State& state, const std::string& expression) const {
+  const std::optional<std::size_t> variable = numberOf(expression);
+  if (variable) return state.numbers[*variable];
+  const std::optional<std::int64_t> number = wholeNumber(expression);
+  return number ? ofNumber(*number) : Known::Nothing;
+}
+
+/// The index of the numeric variable that a text is a reference to, and nothing else.
+std::optional<std::size_t> FlowReader::numberOf(const std::string& reference) {
+  const References references = referencesIn(reference);
+  if (references.specifications.size() != 1) return std::nullopt;
+  const std::string& name = references.specifications.front();
+  if (reference != "@" + name + "@") return std::nullopt;
+  std::string reason;
+  const std::optional<VariableSpecification> variable = parseVariable(name, reason);
+  if (!variable || variable->type != 'N') return std::nullopt;
+  return static_cast<std::size_t>(variable->number - 1);
+}
+
+}  // namespace
+
+std::optional<std::size_t> findLabelStatement(const std::vector<Statement>& statements,
+                                              const std::string& label) {
+  for (std::size_t i = 1; i < statements.size(); ++i) {
+    if (statements[i].text == ":" + label) return i;
+  }
+  return std::nullopt;
+}
+
+ScriptFlow followScript(const std::vector<Statement>& statements) {
+  return FlowReader(statements).follow();
+}
+
+}  // namespace vessant
