@@ -89,6 +89,25 @@ TEST_F(DefaultFlow, TriesTheHomeOfTheCommandLineFirst) {
   EXPECT_THAT(log(), Not(HasSubstr("Initiating JVM search based on hints...")));
 }
 
+TEST_F(DefaultFlow, CountsARelativeHomeOfTheCommandLineFromTheUsersDirectory) {
+  const std::string home = javaHome("elsewhere/jdk", "17.0.1");
+  javaHome("app/jdk", "16");
+  addInstallerWithHint("");
+  EXPECT_THAT(runLogged({"-vs:javahome", "jdk"}), Ended(0, "Demo\n" + programOutput(home)));
+  for (const char* line :
+       {"Checking user specified Java home directory => jdk", "Verifying JVM at jdk/bin/java",
+        "Found matching JVM at jdk", "Matching JVM home is jdk"}) {
+    EXPECT_THAT(logLines(), Contains(line));
+  }
+}
+
+TEST_F(DefaultFlow, SaysThatARelativeHomeOfTheCommandLineDoesNotExist) {
+  javaHome("app/jdk", "17.0.1");
+  addInstallerWithHint("");
+  EXPECT_THAT(runLogged({"-vs:javahome", "jdk"}), Ended(0, "Demo\n"));
+  EXPECT_THAT(logLines(), Contains("jdk/bin/java does not exist"));
+}
+
 TEST_F(DefaultFlow, GoesOnWithTheHintsWhenTheHomeOfTheCommandLineIsWrong) {
   const std::string home = javaHome("hinted", "17.0.1");
   addInstallerWithHint(tag("PATH_HINT", home));

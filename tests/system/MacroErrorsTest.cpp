@@ -126,11 +126,26 @@ TEST_F(MacroErrors, AreNotWhatACommandThatDoesNotExistGives) {
   EXPECT_EQ(result.out, "Demo\n");
 }
 
-TEST_F(MacroErrors, EndAValueThatLeadsBackToItself) {
+TEST_F(MacroErrors, EndAValueThatNeverEnds) {
+  const std::string values[] = {"@LOOP@", "@LOOP@@LOOP@", "@LOOP@ x", "x @LOOP@"};
   addScript({"ILAUNCH 3 0"});
-  addLaunchScript("@LOOP@");
-  addJvmFile("17", "LOOP: @LOOP@\n");
-  EXPECT_EQ(run().status, 255);
+  addLaunchScript("java @LOOP@", "DISPLAY_CONSOLE: 1\n");
+  for (const std::string& value : values) {
+    writeFile(tree.path("log"), "");
+    const LauncherFileBuilder saved = file;
+    addJvmFile("17", "LOOP: " + value + "\n");
+    const std::string message =
+        "Launch script error: The expansion of a macro never ends: java @LOOP@";
+    EXPECT_THAT(runLogged(), Ended(255, "Demo\n" + message + "\n"));
+    EXPECT_THAT(log(), EndsWith("Launch command:\njava @LOOP@\nERROR: " + message + "\n"));
+    file = saved;
+  }
+}
+
+TEST_F(MacroErrors, AreNoneInACommandOf20000Macros) {
+  std::string macros;
+  for (int i = 0; i < 20000; ++i) macros += "@EMPTY@";
+  EXPECT_THAT(launch("echo '<" + macros + ">done'"), Ended(0, "Demo\n<>done\n"));
 }
 
 }  // namespace

@@ -75,9 +75,27 @@ TEST_F(Verify, WarnsOfAJvmFileWithoutProperties) {
 
 TEST_F(Verify, PassesOverAHomeThatCannotStandInACommand) {
   addVerification();
-  const std::string home = javaHome("100% java", "17.0.1");
-  EXPECT_THAT(runLogged({"-vs:javahome", home}), Ended(0, "Demo\n" + std::string(kInvalid)));
-  EXPECT_THAT(log(), HasSubstr("WARNING: Skipping JVM at " + home + ": "));
+  for (const char* name : {"100% java", "java@home", "java#1#"}) {
+    const std::string home = javaHome(name, "17.0.1");
+    EXPECT_THAT(runLogged({"-vs:javahome", home}), Ended(0, "Demo\n" + std::string(kInvalid)));
+    EXPECT_THAT(log(), HasSubstr("WARNING: Skipping JVM at " + home + ": "));
+  }
+}
+
+TEST_F(Verify, AcceptsAHomeWithOneNumberSign) {
+  addVerification();
+  const std::string home = javaHome("java#1", "17.0.1");
+  EXPECT_THAT(runLogged({"-vs:javahome", home}), Ended(255, "Demo\n" + valid(home)));
+}
+
+TEST_F(Verify, CountsARelativeHomeFromTheUsersDirectory) {
+  addScript({"VERIFY 0 1 3", "JMP0 @N1@ end", "ILAUNCH 3 0", "SET N5 = \"@S1@\"", ":end"});
+  addLaunchScript("echo @JVM_HOME@");
+  addJvmFile("17.0.1");
+  const std::string home = javaHome("elsewhere/jdk", "17.0.1");
+  EXPECT_THAT(runLogged({"-vs:javahome", "jdk"}),
+              Ended(255, "Demo\n" + home + "\n" + valid("jdk")));
+  EXPECT_THAT(logLines(), Contains("After VERIFY, the jvm home is jdk"));
 }
 
 TEST_F(Verify, UsesTheVerificationClassOfTheInputFile) {

@@ -8,14 +8,15 @@ namespace {
 
 constexpr char kQuote = '"';
 
-void readPlain(SString& result, const SString& text, SString::Size& position) {
-  const SString::Size end = text.findFirstOf(kWhitespace, position);
-  if (end == SString::npos) {
-    result = text;
+void readPlain(SString& result, std::string_view text, SString::Size& position) {
+  const std::size_t end = text.find_first_of(kWhitespace, position);
+  if (end == std::string_view::npos) {
+    result.assign(text);
+    position = SString::npos;
   } else {
-    result.assign(text, position, end - position);
+    result.assign(text.substr(position, end - position));
+    position = static_cast<SString::Size>(end);
   }
-  position = end;
 }
 
 /// npos, as the number that "%ld" shows for it.
@@ -28,30 +29,31 @@ std::int64_t printable(SString::Size position) {
                           longToString(printable(position)));
 }
 
-void readQuoted(SString& result, const SString& text, SString::Size& position) {
+void readQuoted(SString& result, std::string_view text, SString::Size& position,
+                SString::Size offset) {
   result.erase();
-  const SString::Size last = text.length() - 1;
   while (true) {
-    const SString::Size quote = text.find(kQuote, position);
-    if (quote == SString::npos) throwUnterminated(position);
-    const bool doubled = quote < last && text.at(quote + 1) == kQuote;
+    const std::size_t quote = text.find(kQuote, position);
+    if (quote == std::string_view::npos) throwUnterminated(position + offset);
+    const bool isLast = quote + 1 == text.size();
+    const bool doubled = !isLast && text[quote + 1] == kQuote;
     if (!doubled) {
-      result.append(text, position, quote - position);
-      position = quote == last ? SString::npos : quote + 1;
+      result.append(text.substr(position, quote - position));
+      position = isLast ? SString::npos : static_cast<SString::Size>(quote + 1);
       return;
     }
-    if (quote + 1 == last) throwUnterminated(SString::npos);
-    result.append(text, position, quote + 1 - position);
-    position = quote + 2;
+    if (quote + 2 == text.size()) throwUnterminated(SString::npos);
+    result.append(text.substr(position, quote + 1 - position));
+    position = static_cast<SString::Size>(quote + 2);
   }
 }
 
 }  // namespace
 
-void nextArgument(SString& result, const SString& text, SString::Size& position,
-                  ArgumentForm form) {
+void nextArgument(SString& result, std::string_view text, SString::Size& position,
+                  ArgumentForm form, SString::Size offset) {
   if (form == ArgumentForm::Quoted) {
-    readQuoted(result, text, position);
+    readQuoted(result, text, position, offset);
   } else {
     readPlain(result, text, position);
   }

@@ -1,9 +1,9 @@
 // LauncherMain: finding and verifying JVMs, for scripts and for programs that read the results.
 
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/driver/LauncherMain.h"
-#include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {
 
@@ -37,10 +37,11 @@ void LauncherMain::showSearchStage(bool showProgress) {
 }
 
 /// Verification leaves the home of the last candidate in the tags that several matches share: the
-/// home of this one is set before they are written.
+/// home of this one is set before they are written. It is made absolute: the file is read again by
+/// programs that run elsewhere.
 SString LauncherMain::writeJvmFile(const JVMMatch& match) {
   SString path = services_.tempFiles.createTempFile();
-  match.tags().setJvmTags(match.home(), path, false);
+  match.tags().setJvmTags(absolutePath(match.home()), path, false);
   match.tags().save(path);
   return path;
 }
@@ -77,10 +78,9 @@ void LauncherMain::verifyJvm(bool showProgress, bool showFailure, JVMFile& jvmFi
     services_.run.log("In VERIFY, the jvm is invalid.");
     return;
   }
-  const SString home = jvmFile.tag(jvmtag::kHome);
   setNumericVariable(1, 1);
-  setStringVariable(1, home);
-  services_.run.log("After VERIFY, the jvm home is " + home);
+  setStringVariable(1, match->home());
+  services_.run.log("After VERIFY, the jvm home is " + match->home());
 }
 
 void LauncherMain::searchAction(bool showProgress, bool showFailure) {

@@ -13,10 +13,15 @@ namespace {
 constexpr std::int32_t kStepsOfMissingFile = 2;
 constexpr std::int32_t kStepsOfRun = 6;
 
-/// Why a home cannot be put into a command or a JVM file; null when it can.
+/// Why a home cannot be put into a command or a JVM file; null when it can. The macro passes go
+/// through the command with the home in it: a delimiter would pair with one of the command's own.
+/// The last pass finds none there, so that a single "#" stays alone and harmless.
 const char* reasonToSkip(const SString& home) {
+  int hashes = 0;
   for (const char character : home.view()) {
     if (character == '%') return "its path holds a percent sign";
+    if (character == '@') return "its path holds an at sign";
+    if (character == '#' && ++hashes > 1) return "its path holds two number signs";
     if (character == '\n' || character == '\r') return "its path holds a line break";
     if (character == '\0') return "its path holds a zero byte";
   }
@@ -61,18 +66,20 @@ std::unique_ptr<JVMMatch> JVMVerification::verifyAt(const SString& home) {
 bool JVMVerification::canBeTried(const SString& home) const {
   if (home.isEmpty() || jvm_.tag(jvmtag::kExecutable).isEmpty()) return false;
   if (!namesProperties(jvm_, search_)) return false;
-  const char* reason = reasonToSkip(home);
+  const char* reason = reasonToSkip(absolutePath(home));
   if (reason == nullptr) return true;
   search_.context.launch.services.log("Skipping JVM at " + home + ": " + reason, LogLevel::Warning);
   return false;
 }
 
+/// The command runs in the launcher's directory, while a relative home counts from the user's.
 bool JVMVerification::run(const SString& home) {
   const RunServices& services = search_.context.launch.services;
-  jvm_.tags().setValue(jvmtag::kHome, home);
+  const SString directory = absolutePath(home);
+  jvm_.tags().setValue(jvmtag::kHome, directory);
   StringPairPtrDeque expected;
   readExpectedProperties(jvm_.tags(), expected, services.logSink);
-  LaunchScript script(commandFor(home, expected), true, false, search_.context.launch);
+  LaunchScript script(commandFor(directory, expected), true, false, search_.context.launch);
   script.execute(jvm_, nullptr, false);
   const bool matches = matchesExpected(script.standardOutput(), expected, services.logSink);
   services.progress.addProgressDots(kStepsOfRun);

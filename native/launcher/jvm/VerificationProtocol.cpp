@@ -38,8 +38,7 @@ void readExpectedProperties(const TagFile& tags, StringPairPtrDeque& expected, L
   for (const SString& setting : *settings) {
     const SString::Size equals = setting.find('=');
     if (equals == SString::npos) {
-      log.log(SString("Invalid ") + jvmtag::kProperties + " setting (" + setting +
-                  ") in JVM File ",
+      log.log(SString("Invalid ") + jvmtag::kProperties + " setting (" + setting + ") in JVM File ",
               LogLevel::Warning);
       continue;
     }

@@ -9,9 +9,14 @@ namespace {
 
 class ArgumentListParser {
  public:
-  ArgumentListParser(const SString& text, SString::Size position, StringDeque& arguments,
+  ArgumentListParser(const MacroText& text, SString::Size position, StringDeque& arguments,
                      LogSink& log)
-      : text_(text), position_(position), mark_(position), arguments_(arguments), log_(log) {}
+      : text_(text),
+        rest_(text.rest()),
+        position_(position),
+        mark_(position),
+        arguments_(arguments),
+        log_(log) {}
 
   SString::Size parse();
 
@@ -24,7 +29,8 @@ class ArgumentListParser {
   void stepAfterArgument(char character);
   [[noreturn]] void fail(const char* message) const;
 
-  const SString& text_;
+  const MacroText& text_;
+  const std::string_view rest_;
   SString::Size position_;
   SString::Size mark_;  // where the current step began
   StringDeque& arguments_;
@@ -41,9 +47,9 @@ SString::Size ArgumentListParser::parse() {
 }
 
 void ArgumentListParser::step() {
-  while (position_ < text_.length() && isSpaceChar(text_.at(position_))) ++position_;
+  while (position_ < rest_.size() && isSpaceChar(rest_[position_])) ++position_;
   // A text that has ended looks like a character that no state accepts.
-  const char character = position_ < text_.length() ? text_.at(position_) : '\0';
+  const char character = position_ < rest_.size() ? rest_[position_] : '\0';
   if (state_ == State::BeforeList) {
     stepBeforeList(character);
   } else if (state_ == State::ExpectingArgument) {
@@ -67,7 +73,7 @@ void ArgumentListParser::stepExpectingArgument(char character) {
     return;
   }
   SString argument;
-  nextArgument(argument, text_, position_, ArgumentForm::Quoted);
+  nextArgument(argument, rest_, position_, ArgumentForm::Quoted, text_.position());
   arguments_.add(argument);
   state_ = State::AfterArgument;
 }
@@ -79,20 +85,21 @@ void ArgumentListParser::stepAfterArgument(char character) {
 }
 
 void ArgumentListParser::fail(const char* message) const {
-  const auto mark = static_cast<std::int32_t>(mark_);
-  launchScriptError(text_, SString(message) + " (near character " + longToString(mark) + ")", log_);
+  const auto mark = static_cast<std::int32_t>(text_.position() + mark_);
+  launchScriptError(text_.whole(),
+                    SString(message) + " (near character " + longToString(mark) + ")", log_);
 }
 
 }  // namespace
 
-void parseFunctionArguments(const SString& text, SString::Size& position, StringDeque& arguments,
+void parseFunctionArguments(const MacroText& text, SString::Size& position, StringDeque& arguments,
                             LogSink& log) {
   position = ArgumentListParser(text, position, arguments, log).parse();
 }
 
-void launchScriptError(const SString& text, const SString& message, LogSink& log) {
+void launchScriptError(const SString& command, const SString& message, LogSink& log) {
   log.log("Launch command:", LogLevel::Information);
-  log.log(text, LogLevel::Information);
+  log.log(command, LogLevel::Information);
   throw LauncherException("Launch script error: " + message);
 }
 

@@ -10,12 +10,11 @@ constexpr char kTagDelimiter = '@';
 }  // namespace
 
 /// A backslash at the end of a home would escape the quote behind it. A slash does no harm.
-void JvmTags::handleMacro(SString& text, char /*delimiter*/, SString::Size start,
-                          SString::Size& end) {
-  const SString name = macroName(text, start, end);
+void JvmTags::handleMacro(MacroText& text, char /*delimiter*/, SString::Size end) {
+  const SString name = macroName(text, end);
   SString value = tag(name);
   if (name == jvmtag::kHome && value.view().ends_with('\\')) value.erase(value.length() - 1);
-  text.replace(start, end - start + 1, value);
+  text.replace(end + 1, value);
 }
 
 SString expandJVMMacros(JvmTags& jvm, const SString& text) {

@@ -22,14 +22,13 @@ class JvmTags : public MacroHandler {
   /// The first value of a tag; empty when it is absent.
   [[nodiscard]] SString tag(std::string_view name) const { return tags_.getValue(name); }
 
-  void handleMacro(SString& text, char delimiter, SString::Size start, SString::Size& end) override;
+  void handleMacro(MacroText& text, char delimiter, SString::Size end) override;
 
  private:
   TagFile& tags_;
 };
 
-/// `text` with the @TAG@ macros of a JVM file expanded. Throws LauncherException when a value leads
-/// back to itself.
+/// `text` with the @TAG@ macros of a JVM file expanded. Throws EndlessMacro.
 [[nodiscard]] SString expandJVMMacros(JvmTags& jvm, const SString& text);
 
 }  // namespace vessant

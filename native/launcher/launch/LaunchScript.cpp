@@ -1,5 +1,7 @@
 #include "launcher/launch/LaunchScript.h"
 
+#include <utility>
+
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/launch/FunctionArguments.h"
@@ -41,16 +43,18 @@ SString runningDirectory(const SString& launcherFile) {
   return separator == SString::npos ? launcherFile : launcherFile.substr(0, separator);
 }
 
-/// Notes the JVM file for as long as macros may ask for it.
-class JvmInUse {
+/// Gives a member another value for the length of a scope, however that ends.
+template <class T>
+class ScopedValue {
  public:
-  JvmInUse(JvmTags*& slot, JvmTags& jvm) : slot_(slot) { slot_ = &jvm; }
-  JvmInUse(const JvmInUse&) = delete;
-  JvmInUse& operator=(const JvmInUse&) = delete;
-  ~JvmInUse() { slot_ = nullptr; }
+  ScopedValue(T& member, T value) : member_(member), former_(std::exchange(member, value)) {}
+  ScopedValue(const ScopedValue&) = delete;
+  ScopedValue& operator=(const ScopedValue&) = delete;
+  ~ScopedValue() { member_ = former_; }
 
  private:
-  JvmTags*& slot_;
+  T& member_;
+  T former_;
 };
 
 }  // namespace
@@ -72,14 +76,20 @@ LaunchScript::LaunchScript(const SString& command, bool captureOutput, bool incl
       captureOutput_(captureOutput),
       includeArchives_(includeArchives) {}
 
-/// The order is fixed: the value of a function may hold the macros of the later passes, and the
-/// value of an environment variable is never expanded further.
+/// The order is fixed: the value of a function may hold the macros of the later passes. The value
+/// of an environment variable holds at most further variables, since its own pass goes through it
+/// again.
 SString LaunchScript::resolveCommand(JvmTags& jvm) {
-  const JvmInUse inUse(jvm_, jvm);
-  expandingArchive_ = false;
-  const SString withFunctions = expandMacros(command_, *this, kFunctionDelimiter);
-  const SString withTags = expandJVMMacros(jvm, withFunctions);
-  return expandMacros(withTags, *this, kEnvironmentDelimiter);
+  const ScopedValue<JvmTags*> inUse(jvm_, &jvm);
+  SString command = command_;
+  try {
+    command = expandMacros(command, *this, kFunctionDelimiter);
+    command = expandJVMMacros(jvm, command);
+    return expandMacros(command, *this, kEnvironmentDelimiter);
+  } catch (const EndlessMacro& error) {
+    // The log gets the command from before the pass: by now it is too long to be read.
+    launchScriptError(command, error.message(), context_.services.logSink);
+  }
 }
 
 std::int32_t LaunchScript::execute(JvmTags& jvm, const StringDeque* passThroughArguments,
@@ -101,40 +111,41 @@ std::int32_t LaunchScript::execute(JvmTags& jvm, const StringDeque* passThroughA
   return status;
 }
 
-void LaunchScript::handleMacro(SString& text, char delimiter, SString::Size start,
-                               SString::Size& end) {
+void LaunchScript::handleMacro(MacroText& text, char delimiter, SString::Size end) {
   if (delimiter == kFunctionDelimiter) {
-    handleFunction(text, start, end);
+    handleFunction(text, end);
   } else if (delimiter == kEnvironmentDelimiter) {
-    const SString name = macroName(text, start, end);
-    text.replace(start, end - start + 1, context_.services.platform.getEnvironmentVariable(name));
+    const SString name = macroName(text, end);
+    text.replace(end + 1, context_.services.platform.getEnvironmentVariable(name));
   }
 }
 
-void LaunchScript::handleFunction(SString& text, SString::Size start, SString::Size end) {
+void LaunchScript::handleFunction(MacroText& text, SString::Size end) {
   LogSink& log = context_.services.logSink;
-  const SString name = macroName(text, start, end);
+  const SString name = macroName(text, end);
   const MacroFunction* function = findMacroFunction(name);
-  if (function == nullptr) launchScriptError(text, "Invalid function name (" + name + ").", log);
+  if (function == nullptr) {
+    launchScriptError(text.whole(), "Invalid function name (" + name + ").", log);
+  }
   StringDeque arguments;
   SString::Size position = end + 1;
   parseFunctionArguments(text, position, arguments, log);
-  if (!function->accepts(arguments.count())) launchScriptError(text, function->countMessage, log);
+  if (!function->accepts(arguments.count())) {
+    launchScriptError(text.whole(), function->countMessage, log);
+  }
   const SString archive = function->usesArchive ? expandArchive(text) : SString();
   const MacroCall call{context_, *jvm_, arguments, archive, includeArchives_};
-  const SString value = function->evaluate(call);
-  text.replace(start, position == SString::npos ? SString::npos : position - start, value);
+  text.replace(position, function->evaluate(call));
 }
 
 /// The archive is a part of the class path and cannot have the class path as a part of its own.
-SString LaunchScript::expandArchive(const SString& text) {
+SString LaunchScript::expandArchive(const MacroText& text) {
   if (expandingArchive_) {
-    launchScriptError(text, "ARCHIVE cannot use the class path.", context_.services.logSink);
+    launchScriptError(text.whole(), "ARCHIVE cannot use the class path.",
+                      context_.services.logSink);
   }
-  expandingArchive_ = true;
-  SString archive = expandMacros(archive_, *this, kFunctionDelimiter);
-  expandingArchive_ = false;
-  return archive;
+  const ScopedValue<bool> expanding(expandingArchive_, true);
+  return expandMacros(archive_, *this, kFunctionDelimiter);
 }
 
 SString LaunchScript::workingDirectory() const {

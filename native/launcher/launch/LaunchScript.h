@@ -38,7 +38,7 @@ class LaunchScript : public MacroHandler {
   std::int32_t execute(JvmTags& jvm, const StringDeque* passThroughArguments, bool javaConsole);
 
   /// Resolves % and # macros; only during resolveCommand.
-  void handleMacro(SString& text, char delimiter, SString::Size start, SString::Size& end) override;
+  void handleMacro(MacroText& text, char delimiter, SString::Size end) override;
 
   [[nodiscard]] const SString& description() const { return description_; }
   /// What the program wrote, over all runs of this script.
@@ -50,8 +50,8 @@ class LaunchScript : public MacroHandler {
   void applyWizardEnvironment(const JvmTags& jvm) const;
   std::int32_t runCommand(const SString& command, const SString& directory, bool console);
   void logOutput() const;
-  void handleFunction(SString& text, SString::Size start, SString::Size end);
-  [[nodiscard]] SString expandArchive(const SString& text);
+  void handleFunction(MacroText& text, SString::Size end);
+  [[nodiscard]] SString expandArchive(const MacroText& text);
 
   LaunchContext& context_;
   SString command_;

@@ -14,14 +14,15 @@ namespace {
 SString replaceAll(const MacroCall& call) {
   const SString search = expandJVMMacros(call.jvm, call.arguments.get(0));
   const SString replacement = expandJVMMacros(call.jvm, call.arguments.get(1));
-  SString text = call.arguments.get(2);
+  const SString text = call.arguments.get(2);
   if (search.isEmpty()) return text;
-  SString::Size position = text.find(search);
-  while (position != SString::npos) {
-    text.replace(position, search.length(), replacement);
-    position = text.find(search, position + replacement.length());
+  SString result;
+  SString::Size start = 0;
+  for (auto found = text.find(search); found != SString::npos; found = text.find(search, start)) {
+    result.append(text, start, found - start).append(replacement);
+    start = found + search.length();
   }
-  return text;
+  return result.append(text, start, SString::npos);
 }
 
 SString runtimeSystemProp(const MacroCall& call) {

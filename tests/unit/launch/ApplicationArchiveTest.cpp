@@ -183,6 +183,14 @@ TEST_F(ApplicationArchive, TellsACopyThatCannotBeWrittenWhole) {
   EXPECT_EQ(archive(), path);
 }
 
+TEST_F(ApplicationArchive, TellsALastBlockThatCannotBeWritten) {
+  tree.file("app/app.jar", std::string(200, 'x'));
+  const FileSizeLimit limit(100);
+  EXPECT_TRUE(thrownMessage([&] {
+                static_cast<void>(archive("(\"app.jar\")"));
+              }).starts_with("Error writing file = " + std::to_string(EFBIG)));
+}
+
 TEST_F(ApplicationArchive, ReadsItsSourceToTheEndAfterAWriteError) {
   // More than a pipe holds: the writer only comes to its end when everything is read.
   const std::string content(300000, 'x');

@@ -20,7 +20,7 @@ class FunctionArguments : public ::testing::Test {
  protected:
   /// The arguments of the list that follows "%F%".
   Texts argumentsIn(const std::string& list) {
-    const SString whole = std::string_view(text = "%F%" + list);
+    const MacroText whole(std::string_view(text = "%F%" + list));
     StringDeque arguments;
     position = kListStart;
     parseFunctionArguments(whole, position, arguments, log);
@@ -83,7 +83,7 @@ TEST_F(FunctionArguments, AreAddedToWhatIsThere) {
   StringDeque arguments;
   arguments.add("first");
   position = 0;
-  parseFunctionArguments("(\"second\")", position, arguments, log);
+  parseFunctionArguments(MacroText("(\"second\")"), position, arguments, log);
   EXPECT_EQ(arguments.count(), 2);
   EXPECT_EQ(arguments.get(1), "second");
 }
@@ -120,6 +120,23 @@ TEST_F(FunctionArguments, TellWhereTheListGoesWrong) {
               (std::vector<RecordingLog::Line>{{"Launch command:", LogLevel::Information},
                                                {text, LogLevel::Information}}));
   }
+}
+
+TEST_F(FunctionArguments, CountTheirPlaceFromTheBeginningOfTheWholeText) {
+  MacroText whole("%A%() and %F%(bare) tail");
+  whole.replace(5, "the value");
+  whole.pass(14);
+  EXPECT_EQ(whole.rest(), "%F%(bare) tail");
+  StringDeque arguments;
+  position = kListStart;
+  EXPECT_EQ(thrownMessage([&] { parseFunctionArguments(whole, position, arguments, log); }),
+            "Launch script error: Expected string arg. (near character 18)");
+  EXPECT_EQ(log.texts(), (Texts{"Launch command:", "the value and %F%(bare) tail"}));
+  MacroText open("%A%() %F%(\"x)");
+  open.pass(6);
+  position = kListStart;
+  EXPECT_EQ(thrownMessage([&] { parseFunctionArguments(open, position, arguments, log); }),
+            "Expected double quote to end argument near 11");
 }
 
 TEST_F(FunctionArguments, RefuseAZeroByte) {

@@ -85,21 +85,50 @@ TEST_F(FunctionError, TakesAPercentSignAndWhatFollowsForAName) {
 
 TEST_F(FunctionError, EndsAFunctionThatCallsItself) {
   launcherFileName = text("/" + std::string(4000, 'x') + "/%LAUNCHER_FILE%()");
-  EXPECT_EQ(thrownMessage([&] { static_cast<void>(resolve("%LAUNCHER_FILE%()")); }),
+  EXPECT_EQ(scriptError("%LAUNCHER_FILE%()"),
             "The expansion of a macro never ends: %LAUNCHER_FILE%()");
   setJvmTag("SYSTEM", std::string(4000, 'x') + "%SYSTEMPROP%(\"a\",\"b\")");
-  EXPECT_EQ(thrownMessage([&] { static_cast<void>(resolve("%SYSTEMPROP%(\"a\",\"b\")")); }),
+  EXPECT_EQ(scriptError("%SYSTEMPROP%(\"a\",\"b\")"),
             "The expansion of a macro never ends: %SYSTEMPROP%(\"a\",\"b\")");
+}
+
+TEST_F(FunctionError, EndsAClassPathThatHoldsItself) {
+  setJvmTag("JVM_CLASSPATH", "%CP%()");
+  EXPECT_EQ(scriptError("java %CP%()"), "The expansion of a macro never ends: java %CP%()");
 }
 
 TEST_F(FunctionError, EndsATagAndAVariableThatLeadBackToThemselves) {
   setJvmTag("A", "@B@");
   setJvmTag("B", "x @A@");
-  EXPECT_EQ(thrownMessage([&] { static_cast<void>(resolve("@A@")); }),
-            "The expansion of a macro never ends: @A@");
+  EXPECT_EQ(scriptError("@A@"), "The expansion of a macro never ends: @A@");
   run.platform.environment["LOOP"] = "#LOOP#";
-  EXPECT_EQ(thrownMessage([&] { static_cast<void>(resolve("#LOOP#")); }),
-            "The expansion of a macro never ends: #LOOP#");
+  EXPECT_EQ(scriptError("#LOOP#"), "The expansion of a macro never ends: #LOOP#");
+}
+
+TEST_F(FunctionError, LogsTheCommandAsItWasBeforeTheEndlessPass) {
+  setJvmTag("LOOP", "x@LOOP@");
+  EXPECT_EQ(scriptError("%IF_EXISTS%(\"LOOP\",\"yes\") @LOOP@"),
+            "The expansion of a macro never ends: yes @LOOP@");
+  EXPECT_EQ(run.log.texts(), (Texts{"Launch command:", "yes @LOOP@"}));
+}
+
+TEST_F(FunctionError, LogsTheCommandWhenAnArgumentNeverEnds) {
+  setJvmTag("LOOP", "@LOOP@");
+  EXPECT_EQ(scriptError("a %SYSTEMPROP%(\"n\",\"@LOOP@\")"),
+            "The expansion of a macro never ends: @LOOP@");
+  EXPECT_EQ(run.log.texts(), (Texts{"Launch command:", "a %SYSTEMPROP%(\"n\",\"@LOOP@\")"}));
+}
+
+/// What one failed run leaves behind does not reach the next.
+TEST_F(FunctionError, OfAnArchiveIsTheSameTheSecondTime) {
+  TagFile tags;
+  tags.setValue("COMMAND", "%CP%()");
+  tags.setValue("ARCHIVE", "%NONE%()");
+  LaunchScript script(tags, true, launch);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(thrownMessage([&] { static_cast<void>(script.resolveCommand(jvmFile)); }),
+              "Launch script error: Invalid function name (NONE).");
+  }
 }
 
 }  // namespace

@@ -16,11 +16,10 @@ namespace {
 /// Replaces a macro by the value of its name, from one delimiter through the other.
 class ValueHandler final : public MacroHandler {
  public:
-  void handleMacro(SString& text, char delimiter, SString::Size start,
-                   SString::Size& end) override {
-    const std::string name = str(macroName(text, start, end));
+  void handleMacro(MacroText& text, char delimiter, SString::Size end) override {
+    const std::string name = str(macroName(text, end));
     asked.push_back(std::string(1, delimiter) + name);
-    text.replace(start, end - start + 1, std::string_view(values[name]));
+    text.replace(end + 1, values[name]);
   }
 
   std::map<std::string, std::string> values;
@@ -112,14 +111,31 @@ TEST_F(MacroExpansion, TakesADoubledDelimiterForThePartOfAName) {
 TEST_F(MacroExpansion, ManagesManyMacros) {
   handler.values = {{"A", "x"}};
   SString source;
-  for (int i = 0; i < 10000; ++i) source += "@A@";
-  EXPECT_EQ(expandMacros(source, handler, '@'), SString(10000, 'x'));
+  for (int i = 0; i < 20000; ++i) source += "@A@";
+  EXPECT_EQ(expandMacros(source, handler, '@'), SString(20000, 'x'));
 }
 
-TEST_F(MacroExpansion, ManagesALongValue) {
-  const std::string longText(3 << 20, 'x');
-  handler.values = {{"A", longText}};
-  EXPECT_EQ(expand("@A@."), longText + ".");
+TEST_F(MacroExpansion, ManagesManyMacrosInOneValue) {
+  handler.values = {{"A", "-Dname=value "}};
+  for (int i = 0; i < 20000; ++i) handler.values["ALL"] += "@A@";
+  EXPECT_EQ(expand("@ALL@").size(), 20000 * handler.values["A"].size());
+}
+
+TEST_F(MacroExpansion, ManagesManyMacrosBehindOneAnother) {
+  constexpr int kLength = 20000;
+  for (int i = 0; i < kLength; ++i) {
+    handler.values[std::to_string(i)] = "<@" + std::to_string(i + 1) + "@>";
+  }
+  handler.values[std::to_string(kLength)] = "end";
+  EXPECT_EQ(expand("@0@"), std::string(kLength, '<') + "end" + std::string(kLength, '>'));
+}
+
+TEST_F(MacroExpansion, ManagesLongValuesWithMacrosInAndBehindThem) {
+  const std::string longText(300 << 10, 'x');
+  handler.values = {{"A", longText + "@B@"}, {"B", "b"}};
+  EXPECT_EQ(expand("@A@:@A@:@B@"), longText + "b:" + longText + "b:b");
+  handler.values = {{"A", std::string(64 << 20, 'x')}};
+  EXPECT_EQ(expand("@A@.").size(), (64U << 20) + 1);
 }
 
 TEST_F(MacroExpansion, RefusesAValueThatLeadsBackToItself) {
@@ -133,14 +149,54 @@ TEST_F(MacroExpansion, RefusesValuesThatLeadBackToEachOther) {
 }
 
 TEST_F(MacroExpansion, RefusesAValueThatGrowsWithEveryTurn) {
-  const std::string padding(50000, 'x');
-  const std::string values[] = {padding + "@A@", "@A@" + padding, "@A@" + padding + "@A@"};
-  for (const std::string& value : values) {
-    handler.values = {{"A", value}};
-    handler.asked.clear();
-    EXPECT_EQ(failure("@A@"), "The expansion of a macro never ends: @A@");
-    EXPECT_LT(handler.asked.size(), 100U);
+  for (const std::size_t size : {1U, 3U, 100U, 5000U, 50000U, 3U << 20}) {
+    const std::string padding(size, 'x');
+    const std::string values[] = {padding + "@A@", "@A@" + padding, "@A@" + padding + "@A@",
+                                  "@A@@A@"};
+    for (const std::string& value : values) {
+      handler.values = {{"A", value}};
+      handler.asked.clear();
+      EXPECT_EQ(failure("@A@"), "The expansion of a macro never ends: @A@");
+      EXPECT_LT(handler.asked.size(), 40000U);
+    }
   }
+}
+
+TEST_F(MacroExpansion, RefusesALongValueThatLeadsBackToItself) {
+  const std::string name(1 << 20, 'n');
+  handler.values = {{name, "@" + name + "@"}};
+  EXPECT_EQ(failure(("@" + name + "@").c_str()).size(),
+            std::string("The expansion of a macro never ends: @@").size() + name.size());
+  EXPECT_LT(handler.asked.size(), 100U);
+}
+
+TEST(MacroText, IsReplacedWhereItsRestBegins) {
+  MacroText text("one two three");
+  text.pass(4);
+  EXPECT_EQ(text.position(), 4U);
+  EXPECT_EQ(text.rest(), "two three");
+  text.replace(3, "a longer text");
+  EXPECT_EQ(text.rest(), "a longer text three");
+  text.pass(2);
+  text.replace(6, "");
+  EXPECT_EQ(text.whole(), "one a  text three");
+  EXPECT_EQ(text.position(), 6U);
+  text.replace(SString::npos, "end");
+  EXPECT_EQ(text.rest(), "end");
+  EXPECT_EQ(text.whole(), "one a end");
+}
+
+TEST(MacroText, KnowsWhatItWasGiven) {
+  MacroText text("ab");
+  EXPECT_FALSE(text.isInValue());
+  text.replace(1, "xy");
+  EXPECT_TRUE(text.isInValue());
+  text.pass(2);
+  EXPECT_FALSE(text.isInValue());
+  EXPECT_EQ(text.movedInValues(), 0U);
+  text.replace(1, "z");
+  text.replace(1, "123");
+  EXPECT_EQ(text.movedInValues(), 4U);
 }
 
 }  // namespace

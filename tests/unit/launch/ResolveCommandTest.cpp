@@ -65,10 +65,9 @@ TEST_F(ResolveCommand, CanBeRepeated) {
 
 TEST_F(ResolveCommand, LeavesOtherDelimitersToNobody) {
   LaunchScript script("", true, true, launch);
-  SString command = "@A@";
-  SString::Size end = 2;
-  script.handleMacro(command, '@', 0, end);
-  EXPECT_EQ(command, "@A@");
+  MacroText command("@A@");
+  script.handleMacro(command, '@', 2);
+  EXPECT_EQ(command.whole(), "@A@");
 }
 
 }  // namespace
