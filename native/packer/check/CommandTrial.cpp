@@ -35,12 +35,11 @@ class Trial : public MacroHandler {
   std::string expand(const std::string& text, char delimiter);
   TrialCommand run();
 
-  void handleMacro(SString& text, char delimiter, SString::Size start, SString::Size& end) override;
+  void handleMacro(MacroText& text, char delimiter, SString::Size end) override;
 
  private:
-  void handleFunction(SString& text, const std::string& name, SString::Size start,
-                      SString::Size end);
-  [[nodiscard]] bool readArguments(const SString& text, SString::Size& position,
+  void handleFunction(MacroText& text, const std::string& name, SString::Size end);
+  [[nodiscard]] bool readArguments(const MacroText& text, SString::Size& position,
                                    StringDeque& arguments);
   [[nodiscard]] std::string evaluate(const std::string& name, const StringDeque& arguments);
   [[nodiscard]] std::string systemTag(const char* tag, const char* usual) const;
@@ -86,26 +85,25 @@ std::string Trial::expand(const std::string& text, char delimiter) {
 
 /// A macro whose name is no word was not meant as one: its opening mark goes, so that the marks
 /// behind it find their partners again.
-void Trial::handleMacro(SString& text, char delimiter, SString::Size start, SString::Size& end) {
-  const std::string name = str(macroName(text, start, end));
+void Trial::handleMacro(MacroText& text, char delimiter, SString::Size end) {
+  const std::string name = str(macroName(text, end));
   if (!isWord(name)) {
     const std::string mark(1, delimiter);
     error("lone-mark",
           "\"" + mark + "\" and the next one enclose " + quotedName(name) +
               ", which is no name: a \"" + mark + "\" is missing or too much",
           mark + name);
-    text.erase(start, 1);
+    text.replace(1, "");
   } else if (delimiter == '%') {
-    handleFunction(text, name, start, end);
+    handleFunction(text, name, end);
   } else {
     const std::string value = delimiter == '@' ? tagValue(name) : environmentValue(name);
-    text.replace(start, end - start + 1, value);
+    text.replace(end + 1, value);
   }
-  uncollapsed_ = str(text);
+  uncollapsed_ = str(text.whole());
 }
 
-void Trial::handleFunction(SString& text, const std::string& name, SString::Size start,
-                           SString::Size end) {
+void Trial::handleFunction(MacroText& text, const std::string& name, SString::Size end) {
   const std::string call = "%" + name + "%";
   const MacroFunction* function = findMacroFunction(sstr(name));
   if (function == nullptr) {
@@ -121,12 +119,11 @@ void Trial::handleFunction(SString& text, const std::string& name, SString::Size
   if (function != nullptr && isRead && !isGood) {
     error("argument-count", str(SString(function->countMessage)), call);
   }
-  const SString::Size length = position == SString::npos ? SString::npos : position - start;
-  text.replace(start, length, isGood ? evaluate(name, arguments) : "");
+  text.replace(position, isGood ? evaluate(name, arguments) : "");
 }
 
 /// Leaves `position` behind what can be skipped.
-bool Trial::readArguments(const SString& text, SString::Size& position, StringDeque& arguments) {
+bool Trial::readArguments(const MacroText& text, SString::Size& position, StringDeque& arguments) {
   const SString::Size start = position;
   NoLog log;
   try {
@@ -147,7 +144,7 @@ bool Trial::readArguments(const SString& text, SString::Size& position, StringDe
     result_.isBroken = true;
     return false;
   }
-  if (position == SString::npos && !text.view().ends_with(')')) {
+  if (position == SString::npos && !text.rest().ends_with(')')) {
     error("missing-parenthesis", "the closing parenthesis of the last function is missing");
   }
   return true;
