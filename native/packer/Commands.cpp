@@ -10,6 +10,7 @@
 #include <CLI/Formatter.hpp>
 
 #include "launcher/base/SystemError.h"
+#include "packer/CheckCommand.h"
 #include "packer/ListCommand.h"
 #include "packer/Nearest.h"
 #include "packer/PackCommand.h"
@@ -23,6 +24,7 @@ using AddCommand = void (*)(CLI::App& app, Session& session);
 /// All commands, in the order in which `--help` lists them.
 constexpr AddCommand kCommands[] = {
     addPackCommand,
+    addCheckCommand,
     addListCommand,
 };
 

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include <gmock/gmock.h>
+
 #include "JarBuilder.h"
+#include "packer/FindingNames.h"
 #include "support/BuildPaths.h"
 
 namespace vessant::test {
@@ -109,6 +112,7 @@ std::vector<std::string> PackageFixture::found(bool strict) {
     const std::string place =
         finding.line > 0 ? finding.file + ":" + std::to_string(finding.line) : finding.file;
     lines.push_back(place + " " + finding.name);
+    EXPECT_THAT(findingNames(), testing::Contains(finding.name)) << "--allow does not know it";
   }
   return lines;
 }

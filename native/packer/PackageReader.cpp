@@ -1,0 +1,64 @@
+#include "packer/PackageReader.h"
+
+#include "launcher/base/PathUtil.h"
+#include "packer/Text.h"
+
+namespace vessant {
+namespace {
+
+int lineOf(const TagText& text, const char* tag) {
+  const TextTag* found = text.find(tag);
+  return found == nullptr ? 0 : found->line;
+}
+
+std::string directoryOfPath(const std::string& path) {
+  return str(directoryOf(sstr(path)));
+}
+
+/// The launcher reads whole lines: a last one without its end goes on in what lies behind it.
+void checkEnding(const Installer& installer, const FileIndexEntry& entry, Findings& findings) {
+  if (!isTagFileType(entry) || entry.length == 0) return;
+  const std::string end =
+      installer.bytes().bytesAt(std::uint64_t{entry.offset} + entry.length - 1, 2);
+  if (end.find('\n') != std::string::npos) return;
+  findings.error(str(entry.fileName), 0, "unfinished-text",
+                 "the last line has no end, so the launcher reads on in the file behind it: pack "
+                 "it with a line feed at its end");
+}
+
+}  // namespace
+
+Package packageOf(const Manifest& manifest, const TagText& text, const std::string& launcher) {
+  Package package;
+  package.label = text.file();
+  package.line = lineOf(text, "FILES");
+  package.directory = directoryOfPath(text.file());
+  package.mode = manifest.mode;
+  package.launcher = ByteSource(launcher);
+  package.launcherLine = lineOf(text, "LAUNCHER");
+  const std::vector<TextValue>& lines = text.valuesOf("FILES");
+  for (std::size_t i = 0; i < manifest.files.size(); ++i) {
+    const PackedFile& file = manifest.files[i];
+    package.files.push_back({file.type, file.id, str(file.name), str(file.path),
+                             i < lines.size() ? lines[i].line : 0, ByteSource(str(file.path))});
+  }
+  return package;
+}
+
+Package packageOf(const Installer& installer, Findings& findings) {
+  Package package;
+  package.label = installer.path();
+  package.directory = directoryOfPath(installer.path());
+  package.mode = installer.modeByte();
+  package.launcher = installer.launcher();
+  for (const FileIndexEntry& entry : installer.entries()) {
+    if (!installer.isWithin(entry)) continue;
+    checkEnding(installer, entry, findings);
+    const std::string name = str(entry.fileName);
+    package.files.push_back(
+        {entry.type, entry.fileId, name, name, 0, installer.bytesOf(entry), entry.expandedSize});
+  }
+  return package;
+}
+
+}  // namespace vessant

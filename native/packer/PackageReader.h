@@ -1,0 +1,22 @@
+// Packages from what they are made from, and from what was made.
+#pragma once
+
+#include <string>
+
+#include "packer/Finding.h"
+#include "packer/Installer.h"
+#include "packer/Manifest.h"
+#include "packer/check/Package.h"
+
+namespace vessant {
+
+/// What a manifest puts together, behind this launcher. Throws LauncherException when a file cannot
+/// be opened.
+[[nodiscard]] Package packageOf(const Manifest& manifest, const TagText& text,
+                                const std::string& launcher);
+
+/// What an installer carries. Files whose bytes are not there are left out: its structure is not
+/// looked at here. A text that runs into the next file is reported.
+[[nodiscard]] Package packageOf(const Installer& installer, Findings& findings);
+
+}  // namespace vessant
