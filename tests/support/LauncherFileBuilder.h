@@ -9,6 +9,18 @@
 
 namespace vessant::test {
 
+/// The types of embedded files, as the index numbers them.
+enum FileKind : int {
+  kScript = 0,
+  kJvmFile = 1,
+  kLaunchScript = 2,
+  kClassPathArchive = 3,
+  kJvmInstaller = 4,
+  kVerificationClass = 5,
+  kApplicationArchive = 6,
+  kEmbeddedLauncher = 7,
+};
+
 /// Numbers as a launcher file writes them.
 [[nodiscard]] std::string bigEndian32(std::uint32_t number);
 [[nodiscard]] std::string bigEndian16(std::uint16_t number);

@@ -6,6 +6,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include <sys/stat.h>
+
 namespace vessant::test {
 
 namespace fs = std::filesystem;
@@ -64,6 +66,12 @@ std::vector<std::string> TempTree::list(std::string_view relative) const {
   }
   std::sort(names.begin(), names.end());
   return names;
+}
+
+mode_t permissionsOf(const std::string& path) {
+  struct stat status = {};
+  if (::lstat(path.c_str(), &status) != 0) throw std::runtime_error("no status of " + path);
+  return status.st_mode & ALLPERMS;
 }
 
 std::string readFile(const std::string& path) {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace vessant::test {
 
 class TempTree {
@@ -33,6 +35,8 @@ class TempTree {
   std::string root_;
 };
 
+/// The mode bits of the file itself, also when it is a link.
+[[nodiscard]] mode_t permissionsOf(const std::string& path);
 [[nodiscard]] std::string readFile(const std::string& path);
 void writeFile(const std::string& path, std::string_view content);
 

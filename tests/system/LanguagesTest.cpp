@@ -2,61 +2,19 @@
 // wrote, in the language's own character set.
 
 #include <algorithm>
-#include <fstream>
-#include <stdexcept>
 
-#include <iconv.h>
-
-#include "support/BuildPaths.h"
+#include "support/MessageFile.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
 namespace {
 
-struct Language {
-  const char* code;
-  const char* charset;
-};
-
-void PrintTo(const Language& language, std::ostream* out) {
-  *out << language.code;
-}
-
-constexpr Language kLanguages[] = {
-    {"en", "ASCII"},      {"bg", "CP866"},      {"cs", "ISO-8859-2"}, {"da", "CP850"},
-    {"de", "CP850"},      {"el", "ISO-8859-7"}, {"es", "CP850"},      {"fi", "CP850"},
-    {"fr", "CP850"},      {"hr", "CP1250"},     {"hu", "ISO-8859-2"}, {"it", "CP850"},
-    {"ja", "EUC-JP"},     {"ko", "EUC-KR"},     {"nl", "ASCII"},      {"no", "CP850"},
-    {"pl", "ISO-8859-2"}, {"pt", "CP850"},      {"pt_BR", "CP850"},   {"ro", "ISO-8859-2"},
-    {"ru", "ISO-8859-5"}, {"sk", "CP1250"},     {"sl", "CP1250"},     {"sv", "CP850"},
-    {"tr", "CP857"},      {"zh", "GB2312"},     {"zh_TW", "BIG5"},
-};
-
-std::string convert(const std::string& text, const char* charset) {
-  const iconv_t converter = iconv_open(charset, "UTF-8");
-  std::string result(text.size() * 4 + 16, '\0');
-  char* in = const_cast<char*>(text.data());
-  char* out = result.data();
-  std::size_t inLeft = text.size();
-  std::size_t outLeft = result.size();
-  const std::size_t replaced = iconv(converter, &in, &inLeft, &out, &outLeft);
-  iconv_close(converter);
-  if (replaced != 0 || inLeft != 0) throw std::runtime_error("cannot convert " + text);
-  result.resize(result.size() - outLeft);
-  return result;
-}
-
 /// The translators' texts of one language, by number.
 class Texts {
  public:
-  explicit Texts(const Language& language) {
-    std::ifstream file(std::string(kSourceDir) + "/native/launcher/driver/output/messages/" +
-                       language.code + ".msg");
-    for (std::string line; std::getline(file, line);) {
-      const std::size_t open = line.find('"');
-      if (line.empty() || line[0] < '0' || line[0] > '9') continue;
-      texts_[std::stoi(line)] =
-          convert(line.substr(open + 1, line.rfind('"') - open - 1), language.charset);
+  explicit Texts(const CatalogRow& row) {
+    for (const auto& [number, text] : readMessageFile(row.language).texts) {
+      texts_[number] = convert(text, "UTF-8", row.charset);
     }
   }
 
@@ -70,13 +28,13 @@ class Texts {
   std::map<int, std::string> texts_;
 };
 
-struct Languages : SystemTest, ::testing::WithParamInterface<Language> {
-  Languages() { environment["LANG"] = GetParam().code; }
+struct Languages : SystemTest, ::testing::WithParamInterface<CatalogRow> {
+  Languages() { environment["LANG"] = GetParam().language; }
   Texts text{GetParam()};
 };
 
-std::string nameOf(const ::testing::TestParamInfo<Language>& parameter) {
-  return parameter.param.code;
+std::string nameOf(const ::testing::TestParamInfo<CatalogRow>& parameter) {
+  return parameter.param.language;
 }
 
 TEST_P(Languages, ShowTheirStages) {
@@ -123,7 +81,7 @@ TEST_P(Languages, ShowTheErrorsOfLauncherFiles) {
   EXPECT_THAT(run({"-vs:extract"}), Ended(255, text(26) + text(36) + "2" + text(37) + "\n"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Languages, ::testing::ValuesIn(kLanguages), nameOf);
+INSTANTIATE_TEST_SUITE_P(Rows, Languages, ::testing::ValuesIn(catalogRows()), nameOf);
 
 struct Choice {
   const char* lang;
@@ -138,10 +96,11 @@ struct LanguageChoice : SystemTest, ::testing::WithParamInterface<Choice> {};
 
 TEST_P(LanguageChoice, FollowsTheSetting) {
   environment["LANG"] = GetParam().lang;
-  const auto* language = std::find_if(
-      std::begin(kLanguages), std::end(kLanguages),
-      [&](const Language& row) { return std::string_view(row.code) == GetParam().code; });
-  ASSERT_NE(language, std::end(kLanguages));
+  const std::vector<CatalogRow>& rows = catalogRows();
+  const auto language = std::find_if(rows.begin(), rows.end(), [&](const CatalogRow& row) {
+    return std::string_view(row.language) == GetParam().code;
+  });
+  ASSERT_NE(language, rows.end());
   EXPECT_THAT(run({"-vs:in"}), Ended(255, Texts(*language)(30) + "\n"));
 }
 
@@ -161,7 +120,7 @@ TEST_F(LanguageSetting, IsNoOtherLocaleVariable) {
   environment.erase("LANG");
   environment["LC_ALL"] = "de_DE.UTF-8";
   environment["LC_MESSAGES"] = "fr";
-  EXPECT_THAT(run({"-vs:in"}), Ended(255, Texts(kLanguages[0])(30) + "\n"));
+  EXPECT_THAT(run({"-vs:in"}), Ended(255, Texts(catalogRows().front())(30) + "\n"));
 }
 
 }  // namespace

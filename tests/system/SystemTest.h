@@ -21,18 +21,6 @@
 
 namespace vessant::test {
 
-/// The types of embedded files, as the index numbers them.
-enum FileKind : int {
-  kScript = 0,
-  kJvmFile = 1,
-  kLaunchScript = 2,
-  kClassPathArchive = 3,
-  kJvmInstaller = 4,
-  kVerificationClass = 5,
-  kApplicationArchive = 6,
-  kEmbeddedLauncher = 7,
-};
-
 /// The ids under which the fixture packs its own files.
 inline constexpr std::uint32_t kScriptId = 1;
 inline constexpr std::uint32_t kLaunchScriptId = 2;

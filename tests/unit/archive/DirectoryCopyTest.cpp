@@ -8,9 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "ProcessState.h"
 #include "launcher/archive/DirectoryCopy.h"
 #include "support/FakeRun.h"
+#include "support/ProcessScope.h"
 #include "support/TempTree.h"
 #include "support/Thrown.h"
 

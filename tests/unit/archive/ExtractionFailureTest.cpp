@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "ExtractionFixture.h"
-#include "ProcessState.h"
+#include "support/ProcessScope.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 
 #include "ExtractionFixture.h"
-#include "ProcessState.h"
+#include "support/ProcessScope.h"
 
 namespace vessant::test {
 namespace {
@@ -27,7 +27,7 @@ TEST_F(Extraction, AddsASeparatorOnlyWhereItIsMissing) {
 
 TEST_F(Extraction, WritesIntoTheCurrentDirectoryWithoutADirectory) {
   embed("x");
-  const ScopedCurrentDirectory inside(target);
+  const ScopedDirectory inside(target);
   EXPECT_EQ(extractTo(""), "file");
   EXPECT_EQ(readFile(copy), "x");
 }

@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include "ProcessState.h"
 #include "launcher/archive/LauncherFile.h"
 #include "support/FakeRun.h"
 #include "support/LauncherFileBuilder.h"
+#include "support/ProcessScope.h"
 #include "support/TempTree.h"
 #include "support/Thrown.h"
 

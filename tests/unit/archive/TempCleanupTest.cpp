@@ -7,6 +7,7 @@
 
 #include "TempFixture.h"
 #include "launcher/base/Exceptions.h"
+#include "support/ProcessScope.h"
 
 namespace vessant::test {
 namespace {
@@ -207,7 +208,7 @@ TEST_F(OwnExecutable, IsNotADirectory) {
 
 TEST_F(OwnExecutable, GoesWithoutADirectoryInItsName) {
   tree.file("home/launcher");
-  const ScopedCurrentDirectory inside(tree.path("home"));
+  const ScopedDirectory inside(tree.path("home"));
   deleteOwnExecutable("launcher");
   EXPECT_EQ(tree.list(), (Names{"home"}));
 }

@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "ProcessState.h"
 #include "launcher/archive/TempFiles.h"
 #include "support/FakeRun.h"
+#include "support/ProcessScope.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {
@@ -21,7 +21,7 @@ class TempFixture : public ::testing::Test {
   [[nodiscard]] std::string makeFile() { return str(temp.createTempFile()); }
 
   TempTree tree;
-  ScopedVariable noTmpdir{"TMPDIR", std::nullopt};
+  ScopedEnvironment noTmpdir{"TMPDIR", std::nullopt};
   FakeRun run;
   SString root{tree.dir("root")};
   TempFiles temp{run.services, root};

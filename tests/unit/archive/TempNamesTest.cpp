@@ -10,6 +10,7 @@
 
 #include "ChosenNames.h"
 #include "TempFixture.h"
+#include "support/ProcessScope.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {
@@ -68,7 +69,7 @@ TEST_F(TempNames, LeaveNoDescriptorOpen) {
 }
 
 TEST_F(TempNames, PreferTheDirectoryOfTmpdir) {
-  const ScopedVariable tmpdir("TMPDIR", tree.dir("preferred"));
+  const ScopedEnvironment tmpdir("TMPDIR", tree.dir("preferred"));
   EXPECT_TRUE(makeDir().starts_with(tree.path("preferred/vsj")));
   EXPECT_TRUE(makeFile().starts_with(tree.path("preferred/vsj")));
   EXPECT_TRUE(tree.list("root").empty());
@@ -76,34 +77,34 @@ TEST_F(TempNames, PreferTheDirectoryOfTmpdir) {
 }
 
 TEST_F(TempNames, FallBackToTheRootWhenTmpdirIsNoDirectory) {
-  const ScopedVariable tmpdir("TMPDIR", tree.path("missing"));
+  const ScopedEnvironment tmpdir("TMPDIR", tree.path("missing"));
   EXPECT_TRUE(makeDir().starts_with(tree.path("root/vsj")));
 }
 
 TEST_F(TempNames, NeedTheRootEvenWithTmpdir) {
-  const ScopedVariable tmpdir("TMPDIR", tree.dir("preferred"));
+  const ScopedEnvironment tmpdir("TMPDIR", tree.dir("preferred"));
   root = SString(tree.path("missing"));
   EXPECT_FALSE(thrownMessage([&] { temp.createTempDir(); }).empty());
   EXPECT_TRUE(tree.list("preferred").empty());
 }
 
 TEST_F(TempNames, AreAbsoluteBelowARelativeRoot) {
-  const ScopedCurrentDirectory inside(tree.root());
+  const ScopedDirectory inside(tree.root());
   root = "root";
   EXPECT_TRUE(makeDir().starts_with(tree.path("root/vsj")));
   EXPECT_TRUE(makeFile().starts_with(tree.path("root/vsj")));
 }
 
 TEST_F(TempNames, AreAbsoluteBelowARelativeTmpdir) {
-  const ScopedCurrentDirectory inside(tree.root());
+  const ScopedDirectory inside(tree.root());
   tree.dir("preferred");
-  const ScopedVariable tmpdir("TMPDIR", "preferred");
+  const ScopedEnvironment tmpdir("TMPDIR", "preferred");
   EXPECT_TRUE(makeDir().starts_with(tree.path("preferred/vsj")));
 }
 
 TEST_F(TempNames, AreFoundAgainAfterAChangeOfDirectory) {
   {
-    const ScopedCurrentDirectory inside(tree.root());
+    const ScopedDirectory inside(tree.root());
     root = "root";
     static_cast<void>(makeFile());
     writeFile(makeDir() + "/file", "x");

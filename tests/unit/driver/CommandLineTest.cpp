@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {

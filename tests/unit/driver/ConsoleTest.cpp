@@ -6,7 +6,7 @@
 
 #include "launcher/driver/output/Console.h"
 #include "support/FakeRun.h"
-#include "unit/driver/ProcessScope.h"
+#include "support/StandardStreams.h"
 
 namespace vessant::test {
 namespace {

@@ -4,6 +4,7 @@
 
 #include "launcher/base/Exceptions.h"
 #include "support/FakeJavaHome.h"
+#include "support/StandardStreams.h"
 
 namespace vessant::test {
 
@@ -20,7 +21,7 @@ DriverRun::DriverRun() {
 DriverRun& DriverRun::script(const std::vector<std::string>& statements) {
   std::string text = "INSTRUCTIONS:\n";
   for (const std::string& statement : statements) text += "  " + statement + "\n";
-  file.add(kInstructions, 1, "script.tag", text + "/:\n");
+  file.add(kScript, 1, "script.tag", text + "/:\n");
   return *this;
 }
 

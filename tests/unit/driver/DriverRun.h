@@ -11,18 +11,10 @@
 #include "launcher/driver/LauncherState.h"
 #include "support/FakeRun.h"
 #include "support/LauncherFileBuilder.h"
+#include "support/ProcessScope.h"
 #include "support/TempTree.h"
-#include "unit/driver/ProcessScope.h"
 
 namespace vessant::test {
-
-/// The types of files in a launcher file.
-inline constexpr int kInstructions = 0;
-inline constexpr int kJvmFile = 1;
-inline constexpr int kLaunchScript = 2;
-inline constexpr int kJvmInstaller = 4;
-inline constexpr int kVerificationClass = 5;
-inline constexpr int kEmbeddedLauncher = 7;
 
 /// The launcher file is "app/setup.bin" of the tree, the log "log.txt", the temporary root "temp".
 /// LANG is C, PATH is empty, and there is no JAVA_HOME and no TMPDIR.

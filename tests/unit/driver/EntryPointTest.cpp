@@ -11,6 +11,8 @@
 
 #include "launcher/archive/ModeByte.h"
 #include "launcher/driver/EntryPoint.h"
+#include "support/ProcessScope.h"
+#include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "support/ProcessScope.h"
+#include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {
@@ -33,9 +35,9 @@ class ExtractTest : public testing::Test {
 TEST_F(ExtractTest, WritesEveryFileAndAnInputFile) {
   run.jvmFile(10, "DESC: A\n").script({"SET N5 = 1"}).launchScript("run");
   run.jvmFile(11, "DESC: B\n").jvmInstaller("exit 0\n").verificationClass();
-  run.file.add(6, 60, "app.jar", "archive")
-      .add(7, 70, "inner", "launcher")
-      .add(3, 30, "cp.jar", "");
+  run.file.add(kApplicationArchive, 60, "app.jar", "archive")
+      .add(kEmbeddedLauncher, 70, "inner", "launcher")
+      .add(kClassPathArchive, 30, "cp.jar", "");
   EXPECT_EQ(extract(), 0);
   EXPECT_THAT(run.tree.list("work"),
               ElementsAre("app.jar", "cp.jar", "inner", "input.tag", "installer", "java10.jvm",
@@ -53,7 +55,7 @@ TEST_F(ExtractTest, WritesEveryFileAndAnInputFile) {
 }
 
 TEST_F(ExtractTest, NamesTheLastScriptOfAKind) {
-  run.file.add(kInstructions, 1, "one.tag", "A: 1\n").add(kInstructions, 2, "two.tag", "A: 2\n");
+  run.file.add(kScript, 1, "one.tag", "A: 1\n").add(kScript, 2, "two.tag", "A: 2\n");
   extract();
   EXPECT_EQ(extracted("input.tag"), "ACTION:  RUN_INSTRUCTIONS\nINSTRUCTIONS:  two.tag\n");
 }
@@ -73,7 +75,7 @@ TEST_F(ExtractTest, ReplacesAnEarlierInputFile) {
 }
 
 TEST_F(ExtractTest, DoesNotReadTheFilesItWrites) {
-  run.file.add(kInstructions, 1, "bad.tag", "no colon here\n");
+  run.file.add(kScript, 1, "bad.tag", "no colon here\n");
   EXPECT_EQ(extract(), 0);
   EXPECT_EQ(extracted("bad.tag"), "no colon here\n");
 }
@@ -103,7 +105,7 @@ TEST_F(ExtractTest, TellsThatTheLauncherFileCannotBeRead) {
 }
 
 TEST_F(ExtractTest, TellsThatAFileCannotBeWritten) {
-  run.file.add(3, 30, "no/such/directory/cp.jar", "x");
+  run.file.add(kClassPathArchive, 30, "no/such/directory/cp.jar", "x");
   EXPECT_EQ(extract(), -1);
   const std::string text = std::string(kCannotExtract) +
                            "Error writing file = 2 There may not be enough temporary disk space. "

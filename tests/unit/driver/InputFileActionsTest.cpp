@@ -10,6 +10,7 @@
 
 #include "launcher/tagfile/TagFile.h"
 #include "support/FakeJavaHome.h"
+#include "support/ProcessScope.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/ProcessScope.h"
+#include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {

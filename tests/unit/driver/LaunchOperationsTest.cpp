@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ProcessRunner.h"
+#include "support/ProcessScope.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "launcher/driver/output/MessageCatalog.h"
-#include "unit/driver/MessageFile.h"
+#include "support/MessageFile.h"
 
 namespace vessant::test {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "launcher/driver/output/Messages.h"
 #include "support/FakeRun.h"
-#include "unit/driver/MessageFile.h"
+#include "support/MessageFile.h"
 
 namespace vessant::test {
 namespace {

@@ -12,13 +12,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kVerificationType = 5;
-
 class RealSearch : public testing::Test {
  protected:
   RealSearch() {
     fixture.runForReal();
-    fixture.file.add(kVerificationType, 1, "verify.jar", "class");
+    fixture.file.add(kVerificationClass, 1, "verify.jar", "class");
     fixture.load();
     fixture.search.fileSystemRoot = text(fixture.tree.dir("root"));
   }

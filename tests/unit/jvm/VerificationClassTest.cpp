@@ -1,45 +1,29 @@
 // The class that candidates run: what was set, or the embedded one.
-#include <cstdlib>
 #include <optional>
 
 #include <gtest/gtest.h>
 
+#include "support/ProcessScope.h"
 #include "unit/jvm/JvmFixture.h"
 
 namespace vessant::test {
 namespace {
 
-constexpr int kJvmFileType = 1;
-constexpr int kArchiveType = 3;
-constexpr int kVerificationType = 5;
-
 /// The C library would prefer the directory that TMPDIR names to the run's temporary root.
 class EmbeddedClass : public testing::Test {
  protected:
-  void SetUp() override {
-    const char* value = std::getenv(kTmpdir);
-    if (value != nullptr) tmpdir_ = value;
-    ::unsetenv(kTmpdir);
-  }
-  void TearDown() override {
-    if (tmpdir_) ::setenv(kTmpdir, tmpdir_->c_str(), 1);
-  }
-
   /// The class after a search, which makes it ready.
   const VerificationClass& prepared() {
     fixture.find();
     return fixture.files.verificationClass();
   }
 
+  ScopedEnvironment noTmpdir{"TMPDIR", std::nullopt};
   JvmFixture fixture;
-
- private:
-  static constexpr const char* kTmpdir = "TMPDIR";
-  std::optional<std::string> tmpdir_;
 };
 
 TEST_F(EmbeddedClass, IsTheOneThatWasSet) {
-  fixture.file.add(kVerificationType, 1, "verify.jar", "embedded");
+  fixture.file.add(kVerificationClass, 1, "verify.jar", "embedded");
   fixture.load();
   fixture.files.setVerificationClass("cp", "Name");
   EXPECT_EQ(prepared().classPath, "cp");
@@ -47,7 +31,7 @@ TEST_F(EmbeddedClass, IsTheOneThatWasSet) {
 }
 
 TEST_F(EmbeddedClass, OneSettingKeepsTheEmbeddedOneOut) {
-  fixture.file.add(kVerificationType, 1, "verify.jar", "embedded");
+  fixture.file.add(kVerificationClass, 1, "verify.jar", "embedded");
   fixture.load();
   fixture.files.setVerificationClass("", "Name");
   EXPECT_EQ(prepared().classPath, "");
@@ -59,16 +43,16 @@ TEST_F(EmbeddedClass, OneSettingKeepsTheEmbeddedOneOut) {
 }
 
 TEST_F(EmbeddedClass, IsEmptyWithoutAnEmbeddedOne) {
-  fixture.file.add(kArchiveType, 1, "app.jar", "archive");
+  fixture.file.add(kClassPathArchive, 1, "app.jar", "archive");
   fixture.load();
   EXPECT_EQ(prepared().classPath, "");
   EXPECT_EQ(prepared().className, "");
 }
 
 TEST_F(EmbeddedClass, IsTheFirstEmbeddedOneExtracted) {
-  fixture.file.add(kArchiveType, 1, "app.jar", "archive")
-      .add(kVerificationType, 2, "verify.jar", "first")
-      .add(kVerificationType, 3, "other.jar", "second");
+  fixture.file.add(kClassPathArchive, 1, "app.jar", "archive")
+      .add(kVerificationClass, 2, "verify.jar", "first")
+      .add(kVerificationClass, 3, "other.jar", "second");
   fixture.load();
   const VerificationClass& found = prepared();
   EXPECT_EQ(found.className, "\"Verify\"");
@@ -83,7 +67,7 @@ TEST_F(EmbeddedClass, IsTheFirstEmbeddedOneExtracted) {
 }
 
 TEST_F(EmbeddedClass, IsExtractedOnceARun) {
-  fixture.file.add(kVerificationType, 2, "verify.jar", "class");
+  fixture.file.add(kVerificationClass, 2, "verify.jar", "class");
   fixture.load();
   const std::string first = str(prepared().classPath);
   EXPECT_EQ(str(prepared().classPath), first);
@@ -91,7 +75,7 @@ TEST_F(EmbeddedClass, IsExtractedOnceARun) {
 }
 
 TEST_F(EmbeddedClass, ReachesTheCommandOfASearch) {
-  fixture.file.add(kJvmFileType, 1, "any", "").add(kVerificationType, 2, "verify.jar", "class");
+  fixture.file.add(kJvmFile, 1, "any", "").add(kVerificationClass, 2, "verify.jar", "class");
   fixture.load();
   fixture.add(jvmFileText("17"));
   fixture.javaHome = text(fixture.home("jdk", "17"));
@@ -104,7 +88,7 @@ TEST_F(EmbeddedClass, ReachesTheCommandOfASearch) {
 }
 
 TEST_F(EmbeddedClass, IsExtractedBeforeTheFirstCandidateIsShown) {
-  fixture.file.add(kVerificationType, 2, "verify.jar", "class");
+  fixture.file.add(kVerificationClass, 2, "verify.jar", "class");
   fixture.load();
   fixture.find();
   EXPECT_EQ(fixture.tree.list("temp").size(), 2U);

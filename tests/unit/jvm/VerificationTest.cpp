@@ -199,7 +199,7 @@ TEST_F(Verification, CapturesTheOutputInTheDirectoryOfTheLauncher) {
 }
 
 TEST_F(Verification, LeavesTheArchivesOfTheProgramOut) {
-  fixture.file.add(3, 1, "app.jar", "archive");
+  fixture.file.add(kClassPathArchive, 1, "app.jar", "archive");
   fixture.load();
   EXPECT_THAT(commandOf(jvmFileText("17")), Not(HasSubstr("app.jar")));
   EXPECT_TRUE(fixture.tree.list("temp").empty());

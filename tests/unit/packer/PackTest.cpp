@@ -40,9 +40,9 @@ class PackTest : public testing::Test {
   LauncherFileBuilder expected() {
     LauncherFileBuilder builder;
     builder.stub(readFile(tree.path("stub"))).modeByte(5);
-    builder.add(0, 1, "setup.instructions", readFile(tree.path("setup.instructions")));
-    builder.add(1, 70000, "java.jvm", readFile(tree.path("java.jvm")));
-    return builder.add(6, 3, "app data", readFile(tree.path("data")));
+    builder.add(kScript, 1, "setup.instructions", readFile(tree.path("setup.instructions")));
+    builder.add(kJvmFile, 70000, "java.jvm", readFile(tree.path("java.jvm")));
+    return builder.add(kApplicationArchive, 3, "app data", readFile(tree.path("data")));
   }
 
   TempTree tree;

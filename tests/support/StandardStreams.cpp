@@ -1,7 +1,6 @@
-#include "unit/driver/ProcessScope.h"
+#include "support/StandardStreams.h"
 
 #include <array>
-#include <cstdlib>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -52,41 +51,6 @@ std::string contentOf(std::FILE* file) {
     text.append(chunk.data(), static_cast<std::size_t>(count));
   }
   return text;
-}
-
-ScopedEnvironment::~ScopedEnvironment() {
-  for (const auto& [name, value] : before_) {
-    if (value) {
-      ::setenv(name.c_str(), value->c_str(), 1);
-    } else {
-      ::unsetenv(name.c_str());
-    }
-  }
-}
-
-void ScopedEnvironment::set(const std::string& name, const std::string& value) {
-  keep(name);
-  ::setenv(name.c_str(), value.c_str(), 1);
-}
-
-void ScopedEnvironment::unset(const std::string& name) {
-  keep(name);
-  ::unsetenv(name.c_str());
-}
-
-void ScopedEnvironment::keep(const std::string& name) {
-  const char* value = std::getenv(name.c_str());
-  before_.emplace(name, value == nullptr ? std::nullopt : std::optional<std::string>(value));
-}
-
-ScopedDirectory::ScopedDirectory(const std::string& path)
-    : before_(::open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  require(before_ >= 0 && ::chdir(path.c_str()) == 0, "cannot change the directory");
-}
-
-ScopedDirectory::~ScopedDirectory() {
-  static_cast<void>(!::fchdir(before_));
-  ::close(before_);
 }
 
 StdoutCapture::StdoutCapture() : file_(fileWith()) {

@@ -1,4 +1,4 @@
-#include "unit/driver/MessageFile.h"
+#include "support/MessageFile.h"
 
 #include <memory>
 #include <sstream>

@@ -1,11 +1,8 @@
-// Changes to the test's own process that end with their scope: the environment, the current
-// directory, the standard streams.
+// The standard streams of the test's own process, caught or fed for a while.
 #pragma once
 
 #include <cstdio>
-#include <map>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace vessant::test {
@@ -19,33 +16,6 @@ using ScopedFile = std::unique_ptr<std::FILE, CloseFile>;
 [[nodiscard]] ScopedFile fileWith(const std::string& text = "");
 /// Everything in the file; its position stays.
 [[nodiscard]] std::string contentOf(std::FILE* file);
-
-class ScopedEnvironment {
- public:
-  ScopedEnvironment() = default;
-  ScopedEnvironment(const ScopedEnvironment&) = delete;
-  ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
-  ~ScopedEnvironment();
-
-  void set(const std::string& name, const std::string& value);
-  void unset(const std::string& name);
-  /// Puts the variable back at the end, whatever the code under test does to it.
-  void keep(const std::string& name);
-
- private:
-  std::map<std::string, std::optional<std::string>> before_;
-};
-
-class ScopedDirectory {
- public:
-  explicit ScopedDirectory(const std::string& path);
-  ScopedDirectory(const ScopedDirectory&) = delete;
-  ScopedDirectory& operator=(const ScopedDirectory&) = delete;
-  ~ScopedDirectory();
-
- private:
-  int before_;
-};
 
 /// Catches what this process and its children write on standard output.
 class StdoutCapture {
