@@ -1,13 +1,14 @@
-// Data flows down: a room includes only what the table in docs/design.md allows, and no file leads
-// back to itself.
+// Data flows down: a room includes only what the table in docs/design.md allows, no file leads back
+// to itself, and the picture of the rooms shows what is so.
 
 #include <functional>
 #include <map>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "house/RoomPicture.h"
+#include "house/Rooms.h"
 #include "house/SourceTree.h"
 #include "support/BuildPaths.h"
 #include "support/TempTree.h"
@@ -15,46 +16,15 @@
 namespace vessant::test {
 namespace {
 
-using Rules = std::map<std::string, std::set<std::string>>;
-
-std::vector<std::string> cellsOf(const std::string& row) {
-  std::vector<std::string> cells;
-  std::istringstream stream(row);
-  for (std::string cell; std::getline(stream, cell, '|');) {
-    const std::size_t first = cell.find_first_not_of(' ');
-    const std::size_t last = cell.find_last_not_of(' ');
-    cells.push_back(first == std::string::npos ? "" : cell.substr(first, last - first + 1));
-  }
-  return cells;
-}
-
-std::set<std::string> roomsIn(const std::string& cell) {
-  std::set<std::string> rooms;
-  std::istringstream stream(cell);
-  for (std::string room; std::getline(stream >> std::ws, room, ',');) rooms.insert(room);
-  return rooms;
-}
-
-/// The rows of the first table of the design page.
-Rules readRules() {
-  Rules rules;
-  std::istringstream page(readFile(std::string(kSourceDir) + "/docs/design.md"));
-  for (std::string line; std::getline(page, line);) {
-    const bool isRow = line.starts_with("| ") && !line.starts_with("| room |");
-    if (isRow) rules[cellsOf(line).at(1)] = roomsIn(cellsOf(line).at(2));
-  }
-  return rules;
-}
-
 TEST(Includes, TableNamesEveryRoom) {
-  const Rules rules = readRules();
+  const RoomTable rules = readRoomTable();
   for (const SourceFile& file : sourceFiles()) {
     EXPECT_TRUE(rules.contains(file.room())) << file.path;
   }
 }
 
 TEST(Includes, RoomsKnowNoMoreThanTheTableAllows) {
-  const Rules rules = readRules();
+  const RoomTable rules = readRoomTable();
   int checked = 0;
   for (const SourceFile& file : sourceFiles()) {
     for (const std::string& include : file.includes()) {
@@ -99,6 +69,19 @@ TEST(Includes, NoUnitLeadsBackToItself) {
   std::vector<std::string> units;
   for (const auto& [unit, next] : edges) units.push_back(unit);
   for (const std::string& unit : units) visit(unit);
+}
+
+TEST(Includes, PictureShowsTheRoomsAsTheyAre) {
+  EXPECT_EQ(readFile(std::string(kSourceDir) + "/docs/rooms.svg"), roomPicture(roomArrows()))
+      << "docs/rooms.svg is out of date: run scripts/picture";
+}
+
+TEST(Includes, EveryArrowOfThePictureLeadsDown) {
+  const RoomArrows arrows = roomArrows();
+  const std::map<std::string, int> floors = floorsOf(arrows);
+  for (const auto& [room, below] : arrows) {
+    for (const std::string& other : below) EXPECT_GT(floors.at(room), floors.at(other)) << room;
+  }
 }
 
 }  // namespace

@@ -39,10 +39,11 @@ std::vector<std::string> SourceFile::includes() const {
   return names;
 }
 
-std::vector<SourceFile> sourceFiles() {
-  const fs::path top = fs::path(kSourceDir) / "native";
+std::vector<SourceFile> sourceFiles(const std::string& directory) {
+  const fs::path project = kSourceDir;
+  const fs::path top = project / *fs::path(directory).begin();
   std::vector<SourceFile> files;
-  for (const auto& entry : fs::recursive_directory_iterator(top)) {
+  for (const auto& entry : fs::recursive_directory_iterator(project / directory)) {
     const std::string ending = entry.path().extension().string();
     if (ending == ".h" || ending == ".cpp") files.push_back(readSource(entry.path(), top));
   }

@@ -8,7 +8,7 @@
 namespace vessant::test {
 
 struct SourceFile {
-  /// Below native/, such as "launcher/base/SString.h".
+  /// Below native/ or tests/, as an include names it, such as "launcher/base/SString.h".
   std::string path;
   std::vector<std::string> lines;
 
@@ -20,8 +20,8 @@ struct SourceFile {
   [[nodiscard]] std::vector<std::string> includes() const;
 };
 
-/// Every C++ file below native/.
-[[nodiscard]] std::vector<SourceFile> sourceFiles();
+/// Every C++ file below a directory of the project, in the order of their paths.
+[[nodiscard]] std::vector<SourceFile> sourceFiles(const std::string& directory = "native");
 
 /// The room of a path below native/.
 [[nodiscard]] std::string roomOf(const std::string& path);
