@@ -11,5 +11,7 @@ extern const char* const kVspack;
 extern const char* const kMessageCompiler;
 /// A program that imitates other programs.
 extern const char* const kTestHelper;
+/// The launcher with system calls that fail as the environment says.
+extern const char* const kFaultyLauncher;
 
 }  // namespace vessant::test
