@@ -100,6 +100,15 @@ TEST(CodeReader, CountsCommentLines) {
   EXPECT_EQ(commentLines(linesOf("// one\nint x;  // no line of its own\n  /// two\n\n")), 2U);
 }
 
+TEST(Rooms, AreTheNearestDirectoriesThatTheTableNames) {
+  const RoomTable table = {{"base", {}}, {"driver", {}}, {"driver/output", {}}, {"packer", {}}};
+  EXPECT_EQ(roomOf(table, "launcher/base/SString.h"), "base");
+  EXPECT_EQ(roomOf(table, "launcher/driver/Main.h"), "driver");
+  EXPECT_EQ(roomOf(table, "launcher/driver/output/Log.h"), "driver/output");
+  EXPECT_EQ(roomOf(table, "packer/check/TagText.h"), "packer");
+  EXPECT_EQ(roomOf(table, "launcher/unknown/X.h"), "unknown");
+}
+
 TEST(Rooms, ArrowsThatFollowFromOthersAreLeftOut) {
   const RoomArrows arrows = {{"a", {"b", "c"}}, {"b", {"c"}}, {"c", {}}};
   const RoomArrows direct = {{"a", {"b"}}, {"b", {"c"}}, {"c", {}}};
@@ -107,7 +116,7 @@ TEST(Rooms, ArrowsThatFollowFromOthersAreLeftOut) {
 }
 
 TEST(Rooms, ACircleHasNoFloors) {
-  EXPECT_THROW(floorsOf({{"a", {"b"}}, {"b", {"a"}}}), std::runtime_error);
+  EXPECT_THROW(static_cast<void>(floorsOf({{"a", {"b"}}, {"b", {"a"}}})), std::runtime_error);
 }
 
 TEST(Spread, IsTheMiddleTheNinthTenthAndTheLast) {

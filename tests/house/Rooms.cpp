@@ -1,6 +1,7 @@
 #include "house/Rooms.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <sstream>
 #include <stdexcept>
@@ -45,12 +46,25 @@ RoomTable readRoomTable() {
   return table;
 }
 
+std::string roomOf(const RoomTable& table, const std::string& path) {
+  const std::string launcher = "launcher/";
+  const std::string below = path.starts_with(launcher) ? path.substr(launcher.size()) : path;
+  const std::filesystem::path own = std::filesystem::path(below).parent_path();
+  for (std::filesystem::path room = own; !room.empty(); room = room.parent_path()) {
+    if (table.contains(room.string())) return room.string();
+  }
+  return own.string();
+}
+
 RoomArrows roomArrows() {
+  const RoomTable table = readRoomTable();
   RoomArrows arrows;
   for (const SourceFile& file : sourceFiles()) {
-    std::set<std::string>& below = arrows[file.room()];
+    const std::string room = roomOf(table, file.path);
+    std::set<std::string>& below = arrows[room];
     for (const std::string& include : file.includes()) {
-      if (roomOf(include) != file.room()) below.insert(roomOf(include));
+      const std::string other = roomOf(table, include);
+      if (other != room) below.insert(other);
     }
   }
   return arrows;

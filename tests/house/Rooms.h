@@ -15,6 +15,10 @@ using RoomArrows = std::map<std::string, std::set<std::string>>;
 /// The rows of the first table of docs/design.md.
 [[nodiscard]] RoomTable readRoomTable();
 
+/// The room of a path below native/: the nearest directory above it that the table names; when it
+/// names none, the path's own directory.
+[[nodiscard]] std::string roomOf(const RoomTable& table, const std::string& path);
+
 [[nodiscard]] RoomArrows roomArrows();
 
 /// The arrows without those that follow from others.

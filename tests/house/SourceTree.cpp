@@ -21,10 +21,6 @@ SourceFile readSource(const fs::path& file, const fs::path& top) {
 
 }  // namespace
 
-std::string SourceFile::room() const {
-  return roomOf(path);
-}
-
 std::string SourceFile::unit() const {
   return fs::path(path).replace_extension().string();
 }
@@ -50,12 +46,6 @@ std::vector<SourceFile> sourceFiles(const std::string& directory) {
   std::sort(files.begin(), files.end(),
             [](const SourceFile& a, const SourceFile& b) { return a.path < b.path; });
   return files;
-}
-
-std::string roomOf(const std::string& path) {
-  const std::string launcher = "launcher/";
-  const std::string directory = fs::path(path).parent_path().string();
-  return directory.starts_with(launcher) ? directory.substr(launcher.size()) : directory;
 }
 
 }  // namespace vessant::test

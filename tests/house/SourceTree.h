@@ -23,7 +23,4 @@ struct SourceFile {
 /// Every C++ file below a directory of the project, in the order of their paths.
 [[nodiscard]] std::vector<SourceFile> sourceFiles(const std::string& directory = "native");
 
-/// The room of a path below native/.
-[[nodiscard]] std::string roomOf(const std::string& path);
-
 }  // namespace vessant::test
