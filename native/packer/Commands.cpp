@@ -10,7 +10,9 @@
 #include <CLI/Formatter.hpp>
 
 #include "launcher/base/SystemError.h"
+#include "packer/BundleJvmCommand.h"
 #include "packer/CheckCommand.h"
+#include "packer/JvmCommand.h"
 #include "packer/ListCommand.h"
 #include "packer/Nearest.h"
 #include "packer/PackCommand.h"
@@ -23,9 +25,7 @@ using AddCommand = void (*)(CLI::App& app, Session& session);
 
 /// All commands, in the order in which `--help` lists them.
 constexpr AddCommand kCommands[] = {
-    addPackCommand,
-    addCheckCommand,
-    addListCommand,
+    addPackCommand, addCheckCommand, addListCommand, addJvmCommand, addBundleJvmCommand,
 };
 
 /// A call that makes no sense.

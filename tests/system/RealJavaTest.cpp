@@ -1,11 +1,7 @@
 // The example's installer on a real JDK of the machine. Skipped where there is none.
 
-#include <cstdlib>
-#include <fstream>
-#include <optional>
-#include <sstream>
-
 #include "support/BuildPaths.h"
+#include "system/RealJdk.h"
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -20,49 +16,9 @@ const std::string kShare = std::string(kBinaryDir) + "/share/";
 const std::string kExamples = std::string(kSourceDir) + "/examples/";
 const std::string kAnyJava = kExamples + "jvm/java-8-or-newer.jvm";
 
-struct Jdk {
-  std::string home;
-  std::string version;
-};
-
-/// The version that a Java home tells in its "release" file; empty when it tells none.
-std::string versionOf(const fs::path& home) {
-  std::ifstream release(home / "release");
-  const std::string begin = "JAVA_VERSION=\"";
-  for (std::string line; std::getline(release, line);) {
-    if (line.starts_with(begin)) return line.substr(begin.size(), line.rfind('"') - begin.size());
-  }
-  return "";
-}
-
-std::optional<Jdk> jdkAt(const fs::path& home) {
-  const std::string version = versionOf(home);
-  if (version.empty() || !fs::exists(home / "bin/java")) return {};
-  return Jdk{home.string(), version};
-}
-
-/// The JDK of the PATH, or one of those in the place where distributions put them.
-std::optional<Jdk> findJdk() {
-  std::vector<fs::path> homes;
-  std::istringstream path(std::getenv("PATH") == nullptr ? "" : std::getenv("PATH"));
-  std::error_code missing;
-  for (std::string entry; std::getline(path, entry, ':');) {
-    const fs::path java = fs::canonical(entry + "/java", missing);
-    if (!missing) homes.push_back(java.parent_path().parent_path());
-  }
-  for (const fs::directory_entry& entry : fs::directory_iterator("/usr/lib/jvm", missing)) {
-    if (!entry.is_symlink()) homes.push_back(entry.path());
-  }
-  for (const fs::path& home : homes) {
-    const std::optional<Jdk> jdk = jdkAt(home);
-    if (jdk) return jdk;
-  }
-  return {};
-}
-
 struct RealJava : SystemTest {
   void SetUp() override {
-    const std::optional<Jdk> found = findJdk();
+    const std::optional<RealJdk> found = findRealJdk();
     if (!found) GTEST_SKIP() << "no JDK on this machine";
     if (!fs::exists(kShare + "hello.jar")) GTEST_SKIP() << "the example's jars are not built";
     jdk = *found;
@@ -89,7 +45,7 @@ struct RealJava : SystemTest {
            launcher + "\n" + arguments;
   }
 
-  Jdk jdk;
+  RealJdk jdk;
 };
 
 TEST_F(RealJava, RunsTheExampleWithItsArguments) {

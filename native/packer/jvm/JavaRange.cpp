@@ -2,27 +2,20 @@
 
 #include <charconv>
 
-#include "launcher/base/Exceptions.h"
+#include "packer/Text.h"
 
 namespace vessant {
-namespace {
-
-[[noreturn]] void refuse(const std::string& reason) {
-  throw LauncherException(SString(std::string_view(reason)));
-}
-
-}  // namespace
-
 int parseJavaVersion(std::string_view text) {
   const std::string_view digits = text == "1.8" ? text.substr(2) : text;
   const char* end = digits.data() + digits.size();
   int version = 0;
   const auto [last, error] = std::from_chars(digits.data(), end, version);
   if (error != std::errc() || last != end || version > JavaRange::kLargest || version < 0) {
-    refuse("\"" + std::string(text) + "\" is no Java version such as 17");
+    throw failure("\"" + std::string(text) + "\" is no Java version such as 17");
   }
   if (version < JavaRange::kOldest) {
-    refuse("Java " + std::string(digits) + " is too old: the verification class needs Java 8");
+    throw failure("Java " + std::string(digits) +
+                  " is too old: the verification class needs Java 8");
   }
   return version;
 }
@@ -37,8 +30,8 @@ JavaRange parseJavaRange(std::string_view text) {
 
 void checkJavaRange(const JavaRange& range) {
   if (!range.max || *range.max >= range.min) return;
-  refuse("there is no Java that is " + std::to_string(range.min) + " or newer and " +
-         std::to_string(*range.max) + " or older");
+  throw failure("there is no Java that is " + std::to_string(range.min) + " or newer and " +
+                std::to_string(*range.max) + " or older");
 }
 
 std::string describe(const JavaRange& range) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "launcher/base/Exceptions.h"
+#include "packer/Text.h"
 #include "packer/jvm/JavaPlaces.h"
 #include "packer/jvm/TagLines.h"
 
@@ -19,19 +19,15 @@ constexpr std::string_view kSwitches =
     "SYSTEM: \"-D\"\n"
     "SYSTEM_SEPARATOR: \"=\"\n";
 
-[[noreturn]] void refuse(const std::string& reason) {
-  throw LauncherException(SString(std::string_view(reason)));
-}
-
 void checkModule(const std::string& name) {
   if (!name.empty() && name.find_first_not_of(kModuleCharacters) == std::string::npos) return;
-  refuse("\"" + name + "\" is no name of a module");
+  throw failure("\"" + name + "\" is no name of a module");
 }
 
 void checkVendor(const std::string& vendor) {
   const auto isControl = [](unsigned char c) { return c < ' '; };
   if (std::none_of(vendor.begin(), vendor.end(), isControl)) return;
-  refuse("the vendor must be one line of text");
+  throw failure("the vendor must be one line of text");
 }
 
 std::vector<std::string> wantedProperties(const JavaWish& wish) {
@@ -76,10 +72,12 @@ std::string jvmFileText(const JavaWish& wish) {
 std::string jvmFileText(const KnownJava& java) {
   std::vector<std::string> wanted;
   for (const auto& [name, value] : java.properties) wanted.push_back(name + "=" + value);
-  return tagLine("DESC", java.description) + tagBlock("JVM_PROPERTIES", wanted) +
-         "JVM_EXE: bin/java\n" + tagBlock("PLATFORM_HINT", platformHints()) +
-         tagBlock("PATH_HINT", {java.home}) + tagLine("JVM_HOME", java.home) +
-         std::string(kSwitches);
+  std::string text = tagLine("DESC", java.description) + tagBlock("JVM_PROPERTIES", wanted) +
+                     "JVM_EXE: bin/java\n";
+  if (java.isLookedFor) {
+    text += tagBlock("PLATFORM_HINT", platformHints()) + tagLine("PATH_HINT", java.home);
+  }
+  return text + tagLine("JVM_HOME", java.home) + std::string(kSwitches);
 }
 
 }  // namespace vessant

@@ -28,14 +28,15 @@ struct JavaWish {
 
 /// A JVM that is there, described by its own system properties.
 struct KnownJava {
-  std::string home;
+  std::string description;
   /// In the order in which they are asked.
   std::vector<std::pair<std::string, std::string>> properties;
-  std::string description;
+  std::string home;
+  /// Whether to look for it at its home, and at JAVA_HOME and its like, too.
+  bool isLookedFor = true;
 };
 
-/// A JVM file for every JVM with the same values. Its home is the place to look at, after JAVA_HOME
-/// and its like, and the file's own JVM_HOME.
+/// A JVM file for every JVM with the same values. The home is the file's own JVM_HOME.
 [[nodiscard]] std::string jvmFileText(const KnownJava& java);
 
 }  // namespace vessant

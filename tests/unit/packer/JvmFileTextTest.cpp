@@ -21,6 +21,7 @@ using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 struct JvmFileText : testing::Test {
@@ -87,12 +88,15 @@ TEST_F(JvmFileText, RefusesNamesThatAShellWouldRead) {
 }
 
 TEST_F(JvmFileText, DescribesAKnownJava) {
-  const std::string text = jvmFileText(KnownJava{
-      .home = "/opt/my java", .properties = {{"os.arch", "amd64"}}, .description = "Java 17"});
+  KnownJava java{
+      .description = "Java 17", .properties = {{"os.arch", "amd64"}}, .home = "/opt/my java"};
+  const std::string text = jvmFileText(java);
   EXPECT_THAT(values(text, "JVM_PROPERTIES"), ElementsAre("os.arch=amd64"));
   EXPECT_THAT(values(text, "JVM_HOME"), ElementsAre("/opt/my java"));
   EXPECT_THAT(values(text, "PATH_HINT"), ElementsAre("/opt/my java"));
   EXPECT_THAT(values(text, "DESC"), ElementsAre("Java 17"));
+  java.isLookedFor = false;
+  EXPECT_THAT(values(jvmFileText(java), "PATH_HINT"), IsEmpty());
 }
 
 TEST_F(JvmFileText, TheExamplesAreWhatVspackWrites) {
