@@ -2,10 +2,12 @@
 
 namespace vessant {
 
+// clang-format off: one name a line, so that two people can add one each
 const std::vector<std::string>& findingNames() {
   static const std::vector<std::string> names = {
       "archive-in-archive",
       "argument-count",
+      "bad-archive",
       "bad-boolean",
       "bad-comment",
       "bad-executable",
@@ -17,6 +19,7 @@ const std::vector<std::string>& findingNames() {
       "bad-number",
       "bad-property",
       "bad-setting",
+      "bad-sum",
       "bad-unpacks",
       "blank-label",
       "byte-order-mark",
@@ -39,6 +42,7 @@ const std::vector<std::string>& findingNames() {
       "ignored-argument",
       "index-offset",
       "label-in-first-statement",
+      "launcher-carries-files",
       "lone-mark",
       "missing-archive",
       "missing-argument",
@@ -58,6 +62,8 @@ const std::vector<std::string>& findingNames() {
       "no-jvm-file",
       "no-jvm-installer",
       "no-launch-script",
+      "no-launcher",
+      "no-output",
       "no-script",
       "no-verification-class",
       "no-verify-class",
@@ -79,9 +85,13 @@ const std::vector<std::string>& findingNames() {
       "space-check",
       "stray-block-end",
       "stray-carriage-return",
+      "syntax-error",
       "text-behind-label",
       "text-behind-quote",
+      "text-runs-on",
+      "text-too-large",
       "too-large",
+      "too-many-files",
       "unclosed-quote",
       "unclosed-shell-quote",
       "unfinished-text",
@@ -103,9 +113,11 @@ const std::vector<std::string>& findingNames() {
       "unused-value",
       "utf-16",
       "wrong-kind",
+      "wrong-sum",
       "zero-byte",
   };
   return names;
 }
+// clang-format on
 
 }  // namespace vessant

@@ -1,100 +1,93 @@
 #include "packer/LauncherFileWriter.h"
 
+#include <algorithm>
+#include <utility>
 #include <vector>
 
-#include "launcher/base/Exceptions.h"
 #include "packer/ByteSource.h"
+#include "packer/IndexWriter.h"
 #include "packer/Installer.h"
+#include "packer/JvmBundle.h"
+#include "packer/Layout.h"
 #include "packer/OutputFile.h"
+#include "packer/Progress.h"
 #include "packer/Text.h"
 
 namespace vessant {
 namespace {
 
-constexpr std::uint64_t kLargestOffset = 0xFFFFFFFFU;
-
-/// Where the bytes of a packed file ended up.
-struct Placement {
-  std::uint32_t offset;
-  std::uint32_t length;
-};
-
-class InstallerWriter {
- public:
-  explicit InstallerWriter(const SString& output) : file_(str(output), OutputFile::kProgram) {}
-
-  void write(const Manifest& manifest);
-
- private:
-  Placement appendFile(const SString& path);
-  void writeEntry(const PackedFile& file, const Placement& placement);
-  void writeNumber(std::uint32_t number, int bytes);
-
-  OutputFile file_;
-};
-
-void InstallerWriter::write(const Manifest& manifest) {
-  appendFile(manifest.launcher);
-  std::vector<Placement> placements;
-  for (const PackedFile& file : manifest.files) placements.push_back(appendFile(file.path));
-  const auto indexOffset = static_cast<std::uint32_t>(file_.position());
-  writeNumber(static_cast<std::uint32_t>(manifest.files.size()), 4);
-  for (std::size_t i = 0; i < placements.size(); ++i) writeEntry(manifest.files[i], placements[i]);
-  writeNumber(manifest.mode, 1);
-  writeNumber(indexOffset, 4);
-  writeNumber(kIdentification, 4);
-  file_.publish();
+bool endsWithoutLineBreak(const ByteSource& source) {
+  return source.length() > 0 && source.bytesAt(source.length() - 1, 1) != "\n";
 }
 
-Placement InstallerWriter::appendFile(const SString& path) {
-  const ByteSource source(str(path));
-  const std::uint64_t start = file_.position();
-  if (start + source.length() > kLargestOffset) {
-    throw LauncherException(path + ": an installer cannot be larger than 4 GiB");
-  }
-  file_.append(source);
-  return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(source.length())};
-}
-
-void InstallerWriter::writeEntry(const PackedFile& file, const Placement& placement) {
-  constexpr std::uint32_t kNoSizeInformation = 0;
-  writeNumber(static_cast<std::uint32_t>(file.type), 1);
-  writeNumber(file.id, 4);
-  writeNumber(placement.length, 4);
-  writeNumber(placement.offset, 4);
-  writeNumber(file.name.length(), 2);
-  file_.write(file.name);
-  writeNumber(kNoSizeInformation, 1);
-}
-
-/// Most significant byte first.
-void InstallerWriter::writeNumber(std::uint32_t number, int bytes) {
-  char text[4];
-  for (int i = 0; i < bytes; ++i) text[i] = static_cast<char>(number >> (8 * (bytes - 1 - i)));
-  file_.write({text, static_cast<std::size_t>(bytes)});
-}
-
-/// A launcher that already carries files is an installer: packing it again is a mistake.
-void checkLauncher(const SString& launcher) {
-  if (!Installer(str(launcher)).isInstaller()) return;
-  throw LauncherException(launcher + ": this launcher carries files already");
-}
-
-/// Syntax errors of the author's texts are found here and not by the user.
-void checkTagFiles(const Manifest& manifest, LogSink& log) {
-  for (const PackedFile& file : manifest.files) {
-    FileIndexEntry entry;
-    entry.type = file.type;
-    if (isTagFileType(entry)) static_cast<void>(TagFile(file.path, log));
-  }
+/// The bytes that were measured, of a file that may have changed since.
+ByteSource openMeasured(const std::string& path, std::uint64_t length) {
+  ByteSource source(path);
+  if (source.length() == length) return source;
+  throw failure(printable(path) + ": was changed while it was being packed");
 }
 
 }  // namespace
 
-void writeLauncherFile(const Manifest& manifest, LogSink& log) {
-  checkLauncher(manifest.launcher);
-  checkTagFiles(manifest, log);
-  InstallerWriter(manifest.output).write(manifest);
+LauncherFileWriter::LauncherFileWriter(const Manifest& manifest, Findings& findings)
+    : manifest_(manifest) {
+  checkLauncher(findings);
+  for (const PackedFile& file : manifest.files) measure(file);
+  place(findings);
+}
+
+/// A launcher that already carries files is an installer: packing it again is a mistake.
+void LauncherFileWriter::checkLauncher(Findings& findings) {
+  const Installer launcher(str(manifest_.launcher));
+  launcherLength_ = launcher.size();
+  if (!launcher.isInstaller()) return;
+  findings.error(launcher.path(), 0, "launcher-carries-files",
+                 "this launcher carries files already: it is an installer");
+}
+
+void LauncherFileWriter::measure(const PackedFile& file) {
+  const ByteSource source(str(file.path));
+  Part part{file, source.length(), 0, isTextType(file.type) && endsWithoutLineBreak(source)};
+  if (file.type == FileType::JvmInstaller && !file.unpacks) {
+    part.file.unpacks = measuredSizeOf(source);
+  }
+  parts_.push_back(std::move(part));
+}
+
+void LauncherFileWriter::place(Findings& findings) {
+  std::vector<PlacedPart> places;
+  for (const Part& part : parts_) places.push_back({part.length, part.needsLineBreak});
+  const Layout layout = layOut(launcherLength_, places, manifest_.align);
+  indexOffset_ = layout.indexOffset;
+  for (std::size_t i = 0; i < parts_.size(); ++i) parts_[i].offset = layout.offsets[i];
+  fits_ = layout.fits();
+  if (!fits_) {
+    findings.error(manifest_.path, 0, "too-large",
+                   "the installer would have more than 4 GiB, which its index cannot tell");
+  }
+  if (parts_.size() > Installer::kMostFiles) {
+    findings.error(
+        manifest_.path, 0, "too-many-files",
+        "an installer cannot carry more than " + std::to_string(Installer::kMostFiles) + " files");
+  }
+}
+
+void LauncherFileWriter::write(const Session& session) const {
+  if (!fits_) throw failure(str(manifest_.output) + ": would have more than 4 GiB");
+  Progress progress(session, "packing " + str(manifest_.output), indexOffset_);
+  const auto advance = [&progress](std::uint64_t bytes) { progress.advance(bytes); };
+  OutputFile output(str(manifest_.output), OutputFile::kProgram);
+  output.append(openMeasured(str(manifest_.launcher), launcherLength_), advance);
+  for (const Part& part : parts_) {
+    output.padTo(part.offset);
+    output.append(openMeasured(str(part.file.path), part.length), advance);
+    if (part.needsLineBreak) output.write("\n");
+  }
+  IndexWriter index(output);
+  index.begin(parts_.size());
+  for (const Part& part : parts_) index.add(part.file, part.length, part.offset);
+  index.finish(manifest_.mode);
+  output.publish();
 }
 
 }  // namespace vessant

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "packer/FileKinds.h"
 #include "packer/Installer.h"
-#include "packer/Manifest.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -1,173 +1,197 @@
 #include "packer/Manifest.h"
 
 #include <algorithm>
-#include <limits>
-#include <optional>
+#include <filesystem>
+#include <map>
+#include <set>
 
-#include "launcher/base/ArgumentReader.h"
-#include "launcher/base/Exceptions.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/base/TextUtil.h"
-#include "launcher/tagfile/TagFile.h"
+#include "packer/ByteSource.h"
+#include "packer/FileNames.h"
+#include "packer/Input.h"
+#include "packer/Nearest.h"
+#include "packer/Text.h"
+#include "packer/check/NumberCheck.h"
 
 namespace vessant {
 namespace {
 
-constexpr std::size_t kLongestName = std::numeric_limits<std::int16_t>::max();
-constexpr std::int32_t kLargestMode = 255;
-/// The file that an installer writes next to its files when it is asked to extract them.
-constexpr std::string_view kReservedName = "input.tag";
+namespace fs = std::filesystem;
 
-// In the order of the type numbers.
-constexpr const char* kTypeNames[] = {
-    "instructions",  "jvm",          "launch-script", "archive",
-    "jvm-installer", "verification", "application",   "launcher",
-};
-
-std::optional<FileType> typeNamed(const SString& name) {
-  for (int type = 0; type <= kLastFileType; ++type) {
-    if (name == kTypeNames[type]) return static_cast<FileType>(type);
-  }
-  return std::nullopt;
-}
-
-/// Reads one word or one quoted text off a line; empty when none is left.
-SString nextField(const SString& line, SString::Size& position) {
-  const SString::Size start = line.findFirstNotOf(kWhitespace, position);
-  if (start == SString::npos) {
-    position = line.length();
-    return "";
-  }
-  SString field;
-  position = start;
-  if (line.at(start) != '"') {
-    nextWord(field, line, position);
-    return field;
-  }
-  ++position;
-  nextArgument(field, line, position, ArgumentForm::Quoted);
-  position = std::min(position, line.length());
-  return field;
-}
+constexpr std::int64_t kLargestMode = 255;
+constexpr const char* kManifestEnding = ".manifest";
 
 class ManifestReader {
  public:
-  ManifestReader(const SString& path, const SearchPath& searchPath, LogSink& log)
-      : path_(path), searchPath_(searchPath), tags_(path, log) {}
+  ManifestReader(const std::string& path, const SearchPath& searchPath, Findings& findings)
+      : searchPath_(searchPath), findings_(findings) {
+    manifest_.path = path;
+  }
 
   Manifest read();
 
  private:
-  [[noreturn]] void fail(const SString& reason) const;
+  void error(int line, const char* name, const std::string& text) {
+    findings_.error(manifest_.path, line, name, text);
+  }
+  [[nodiscard]] SString besideManifest(const SString& path) const;
   [[nodiscard]] SString resolve(const SString& path) const;
-  [[nodiscard]] std::uint8_t readMode() const;
-  [[nodiscard]] PackedFile readFileLine(const SString& line) const;
-  [[nodiscard]] std::uint32_t readId(const SString& text) const;
-  void checkName(const SString& name) const;
-  void checkUnique(const Manifest& manifest, const PackedFile& file) const;
+  void readMode();
+  void readFile(const TextValue& value);
+  void checkName(const PackedFile& file);
+  void checkFile(const PackedFile& file);
+  [[nodiscard]] std::string nearestFile(const std::string& path) const;
+  void checkIds();
+  void numberTheRest();
 
-  const SString& path_;
   const SearchPath& searchPath_;
-  TagFile tags_;
-  std::int32_t line_ = 0;  // of FILES; 0 elsewhere
+  Findings& findings_;
+  Manifest manifest_;
+  std::set<std::size_t> unnumbered_;
+  std::map<std::string, int> lineOfName_;
 };
 
 Manifest ManifestReader::read() {
-  Manifest manifest;
-  const SString output = tags_.getValue("OUTPUT");
-  const SString launcher = tags_.getValue("LAUNCHER");
-  if (!output.isEmpty()) manifest.output = joinPath(directoryOf(path_), output);
-  if (output.view().starts_with(kPathSeparator)) manifest.output = output;
-  if (!launcher.isEmpty()) manifest.launcher = resolve(launcher);
-  manifest.mode = readMode();
-  const StringDeque* lines = tags_.findValues("FILES");
-  if (lines == nullptr) fail("there is no FILES tag");
-  for (const SString& line : *lines) {
-    ++line_;
-    const PackedFile file = readFileLine(line);
-    checkUnique(manifest, file);
-    manifest.files.push_back(file);
-  }
-  return manifest;
+  manifest_.text =
+      readTagText(manifest_.path, readTextInput(manifest_.path), TextKind::Manifest, findings_);
+  if (!manifest_.text.isReadable()) return manifest_;
+  const SString output = sstr(manifest_.text.textOf("OUTPUT"));
+  const SString launcher = sstr(manifest_.text.textOf("LAUNCHER"));
+  if (!output.isEmpty()) manifest_.output = besideManifest(output);
+  if (!launcher.isEmpty()) manifest_.launcher = resolve(launcher);
+  manifest_.align = manifest_.text.textOf("ALIGN") != "0";
+  readMode();
+  if (manifest_.text.find("FILES") == nullptr) error(1, "no-files", "there is no FILES tag");
+  for (const TextValue& value : manifest_.text.valuesOf("FILES")) readFile(value);
+  checkIds();
+  numberTheRest();
+  return manifest_;
 }
 
-void ManifestReader::fail(const SString& reason) const {
-  const SString place = line_ == 0 ? SString() : ": FILES line " + longToString(line_);
-  throw LauncherException(path_ + place + ": " + reason);
+SString ManifestReader::besideManifest(const SString& path) const {
+  if (path.view().starts_with(kPathSeparator)) return path;
+  return joinPath(directoryOf(sstr(manifest_.path)), path);
 }
 
 SString ManifestReader::resolve(const SString& path) const {
-  if (path.view().starts_with(kPathSeparator)) return path;
-  SString besideManifest = joinPath(directoryOf(path_), path);
-  if (fileExists(besideManifest)) return besideManifest;
+  SString nearest = besideManifest(path);
+  if (fileExists(nearest) || path.view().starts_with(kPathSeparator)) return nearest;
   for (const SString& directory : searchPath_) {
     SString candidate = joinPath(directory, path);
     if (fileExists(candidate)) return candidate;
   }
-  return besideManifest;
+  return nearest;
 }
 
-std::uint8_t ManifestReader::readMode() const {
-  const SString text = tags_.getValue("MODE");
-  std::int32_t mode = 0;
-  if (!text.isEmpty() && (!stringToLong(text, mode) || mode < 0 || mode > kLargestMode)) {
-    fail("MODE must be a number from 0 to 255, not " + quoted(text));
+void ManifestReader::readMode() {
+  const TextValue* value = manifest_.text.value("MODE");
+  if (value == nullptr) return;
+  const std::optional<std::int64_t> mode = wholeNumber(value->text);
+  if (!mode || *mode < 0 || *mode > kLargestMode) {
+    return error(value->line, "bad-mode",
+                 "MODE must be a number from 0 to 255, not " + quotedName(value->text));
   }
-  return static_cast<std::uint8_t>(mode);
+  manifest_.mode = static_cast<std::uint8_t>(*mode);
 }
 
-PackedFile ManifestReader::readFileLine(const SString& line) const {
-  SString::Size position = 0;
-  const SString kind = nextField(line, position);
-  const std::optional<FileType> type = typeNamed(kind);
-  if (!type) fail("unknown kind of file " + quoted(kind));
-  const std::uint32_t id = readId(nextField(line, position));
-  const SString path = nextField(line, position);
-  if (path.isEmpty()) fail("a path must follow the id");
-  const SString ownName = nextField(line, position);
-  if (!nextField(line, position).isEmpty()) fail("there is more than kind, id, path and name");
-  const SString name = ownName.isEmpty() ? fileNameOf(path) : ownName;
-  checkName(name);
-  const SString resolved = resolve(path);
-  if (!fileExists(resolved)) fail("there is no file " + quoted(resolved));
-  if (isDirectory(resolved)) fail(quoted(resolved) + " is a directory");
-  return {*type, id, resolved, name};
-}
-
-/// Scripts read ids as signed numbers, so those above their range could not be named.
-std::uint32_t ManifestReader::readId(const SString& text) const {
-  std::int32_t id = 0;
-  const bool isNumber = !text.isEmpty() && text.findFirstNotOf("0123456789") == SString::npos;
-  if (!isNumber || !stringToLong(text, id) || longToString(id) != text) {
-    fail("the id must be a number from 0 to 2147483647, not " + quoted(text));
+void ManifestReader::readFile(const TextValue& value) {
+  try {
+    const ManifestLine line = readManifestLine(value.text);
+    const SString path = resolve(sstr(line.path));
+    const SString name = line.name.empty() ? fileNameOf(sstr(line.path)) : sstr(line.name);
+    PackedFile file{line.type, line.id.value_or(0), path, name, value.line, line.unpacks};
+    checkName(file);
+    checkFile(file);
+    if (!line.id) unnumbered_.insert(manifest_.files.size());
+    manifest_.files.push_back(std::move(file));
+  } catch (const ManifestMistake& mistake) {
+    error(value.line, mistake.name, mistake.text);
   }
-  return static_cast<std::uint32_t>(id);
 }
 
-void ManifestReader::checkName(const SString& name) const {
-  const bool isUsable = !name.isEmpty() && name != "." && name != ".." &&
-                        name.find('/') == SString::npos && name.find('\n') == SString::npos &&
-                        name.length() <= kLongestName && name != kReservedName;
-  if (!isUsable) fail(quoted(name) + " cannot be the name of a packed file");
+void ManifestReader::checkName(const PackedFile& file) {
+  const std::string flaw = nameFlaw(file.name);
+  if (!flaw.empty()) {
+    throw ManifestMistake{
+        "bad-name", quotedName(file.name) + " cannot be the name of a packed file: it " + flaw};
+  }
+  const auto [first, isNew] = lineOfName_.emplace(str(file.name), file.line);
+  if (isNew) return;
+  throw ManifestMistake{"repeated-name",
+                        "two files are called " + quotedName(file.name) + ", the first in line " +
+                            std::to_string(first->second) + "; give one another name"};
 }
 
-void ManifestReader::checkUnique(const Manifest& manifest, const PackedFile& file) const {
-  for (const PackedFile& other : manifest.files) {
-    if (other.id == file.id) fail("id " + longToString(file.id) + " is used twice");
-    if (other.name == file.name) {
-      fail("two files are called " + quoted(file.name) + "; give one another name");
-    }
+/// Whether the file is there and can be read. One that is not keeps its place and number.
+void ManifestReader::checkFile(const PackedFile& file) {
+  const std::string path = str(file.path);
+  if (!fileExists(file.path)) {
+    return error(file.line, "missing-file",
+                 "there is no file " + quotedName(path) + nearestFile(path));
+  }
+  try {
+    static_cast<void>(ByteSource(path));
+  } catch (const LauncherException& reason) {
+    error(file.line, "unreadable-file", str(reason.message()));
+  }
+}
+
+/// The file in the same directory that may have been meant.
+std::string ManifestReader::nearestFile(const std::string& path) const {
+  const fs::path directory = fs::path(path).parent_path();
+  std::error_code unknown;
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(directory.empty() ? "." : directory, unknown)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return suggestion(fs::path(path).filename().string(), names);
+}
+
+void ManifestReader::checkIds() {
+  std::map<std::uint32_t, int> lineOfId;
+  for (std::size_t i = 0; i < manifest_.files.size(); ++i) {
+    if (unnumbered_.contains(i)) continue;
+    const PackedFile& file = manifest_.files[i];
+    const auto [first, isNew] = lineOfId.emplace(file.id, file.line);
+    if (isNew) continue;
+    error(file.line, "repeated-id",
+          "id " + std::to_string(file.id) + " is used twice, first in line " +
+              std::to_string(first->second));
+  }
+}
+
+void ManifestReader::numberTheRest() {
+  std::set<std::uint32_t> taken;
+  for (std::size_t i = 0; i < manifest_.files.size(); ++i) {
+    if (!unnumbered_.contains(i)) taken.insert(manifest_.files[i].id);
+  }
+  std::uint32_t next = 1;
+  for (const std::size_t i : unnumbered_) {
+    while (taken.contains(next)) ++next;
+    manifest_.files[i].id = next++;
   }
 }
 
 }  // namespace
 
-const char* fileTypeName(FileType type) {
-  return kTypeNames[static_cast<int>(type)];
+std::string manifestAt(const std::string& path) {
+  std::error_code unknown;
+  if (path == kStandardStream || !fs::is_directory(path, unknown)) return path;
+  std::vector<std::string> found;
+  for (const auto& entry : fs::directory_iterator(path, unknown)) {
+    if (entry.path().extension() == kManifestEnding) found.push_back(entry.path().string());
+  }
+  if (unknown) throw failure(printable(path) + ": " + unknown.message());
+  if (found.size() == 1) return found.front();
+  if (found.empty()) throw failure(printable(path) + ": there is no file *.manifest in it");
+  std::sort(found.begin(), found.end());
+  throw failure(printable(path) + ": name one of the manifests in it, " + printable(found[0]) +
+                " or " + printable(found[1]));
 }
 
-Manifest readManifest(const SString& path, const SearchPath& searchPath, LogSink& log) {
-  return ManifestReader(path, searchPath, log).read();
+Manifest readManifest(const std::string& path, const SearchPath& searchPath, Findings& findings) {
+  return ManifestReader(path, searchPath, findings).read();
 }
 
 }  // namespace vessant

@@ -82,16 +82,19 @@ void OutputFile::write(std::string_view bytes) {
   position_ += bytes.size();
 }
 
-void OutputFile::append(const ByteSource& source) {
+void OutputFile::append(const ByteSource& source, const Advance& advance) {
   flush();
-  const std::uint64_t copied = copyInKernel(source);
+  const std::uint64_t copied = copyInKernel(source, advance);
   const ByteSource rest = source.part(copied, source.length() - copied, source.label());
-  rest.forEachBlock([this](std::string_view block) { write(block); });
+  rest.forEachBlock([this, &advance](std::string_view block) {
+    write(block);
+    if (advance) advance(block.size());
+  });
 }
 
 /// Returns how many bytes the kernel could copy. What then goes wrong in reading or writing the
 /// rest is told by those who do it.
-std::uint64_t OutputFile::copyInKernel(const ByteSource& source) {
+std::uint64_t OutputFile::copyInKernel(const ByteSource& source, const Advance& advance) {
   constexpr std::uint64_t kStep = 1U << 24U;
   auto from = static_cast<off_t>(source.offset());
   std::uint64_t copied = 0;
@@ -101,6 +104,7 @@ std::uint64_t OutputFile::copyInKernel(const ByteSource& source) {
         ::copy_file_range(source.descriptor(), &from, fd_.get(), nullptr, wanted, 0);
     if (count <= 0) break;
     copied += static_cast<std::uint64_t>(count);
+    if (advance) advance(static_cast<std::uint64_t>(count));
   }
   position_ += copied;
   return copied;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,8 @@ namespace vessant {
 
 class OutputFile {
  public:
+  using Advance = std::function<void(std::uint64_t)>;
+
   /// The permissions of a new program and of a new data file, from which the process's mask takes.
   static constexpr mode_t kProgram = 0777;
   static constexpr mode_t kData = 0666;
@@ -29,8 +32,9 @@ class OutputFile {
   ~OutputFile();
 
   void write(std::string_view bytes);
-  /// Copies a whole source, in the kernel where that works.
-  void append(const ByteSource& source);
+  /// Copies a whole source, in the kernel where that works. `advance` is told of the bytes as they
+  /// are written.
+  void append(const ByteSource& source, const Advance& advance = {});
   /// Writes zeros up to a position that is not behind the present one.
   void padTo(std::uint64_t position);
   /// Bytes written so far.
@@ -43,7 +47,7 @@ class OutputFile {
   void open(const std::string& path);
   void flush();
   void writeFully(std::string_view bytes);
-  [[nodiscard]] std::uint64_t copyInKernel(const ByteSource& source);
+  [[nodiscard]] std::uint64_t copyInKernel(const ByteSource& source, const Advance& advance);
   [[noreturn]] void fail(int error) const;
 
   std::string path_;

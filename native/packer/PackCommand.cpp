@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "launcher/base/PathUtil.h"
+#include "packer/FindingOptions.h"
+#include "packer/Input.h"
+#include "packer/InstalledFiles.h"
 #include "packer/LauncherFileWriter.h"
 #include "packer/Manifest.h"
-#include "packer/NoLog.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -18,25 +19,40 @@ struct PackOptions {
   std::string output;
   std::string launcher;
   std::vector<std::string> directories;
+  bool noAlign = false;
+  FindingOptions findings;
 };
 
-/// The launcher that was built and installed together with this packer.
-SString launcherBeside(const std::string& program) {
-  return joinPath(directoryOf(sstr(program)), "launcher");
+Manifest readPackedManifest(const PackOptions& options, const Session& session,
+                            Findings& findings) {
+  std::vector<std::string> directories = options.directories;
+  for (const std::string& installed : installedDirectories(session.program)) {
+    directories.push_back(installed);
+  }
+  SearchPath searchPath;
+  for (const std::string& directory : directories) searchPath.push_back(sstr(directory));
+  Manifest manifest = readManifest(manifestAt(options.manifest), searchPath, findings);
+  if (!options.output.empty()) manifest.output = sstr(options.output);
+  if (!options.launcher.empty()) manifest.launcher = sstr(options.launcher);
+  if (manifest.launcher.isEmpty()) manifest.launcher = sstr(installedLauncher(session.program));
+  if (options.noAlign) manifest.align = false;
+  return manifest;
 }
 
 int pack(const PackOptions& options, const Session& session) {
-  NoLog log;
-  SearchPath searchPath;
-  for (const std::string& directory : options.directories) searchPath.push_back(sstr(directory));
-  Manifest manifest = readManifest(sstr(options.manifest), searchPath, log);
-  if (!options.output.empty()) manifest.output = sstr(options.output);
-  if (!options.launcher.empty()) manifest.launcher = sstr(options.launcher);
-  if (manifest.launcher.isEmpty()) manifest.launcher = launcherBeside(session.program);
+  Findings findings(options.findings.allowed);
+  const Manifest manifest = readPackedManifest(options, session, findings);
   if (manifest.output.isEmpty()) {
-    throw failure(options.manifest + ": there is no OUTPUT tag and no -o option");
+    findings.error(manifest.path, 1, "no-output", "there is no OUTPUT tag and no -o option");
   }
-  writeLauncherFile(manifest, log);
+  if (findings.hasErrors()) {
+    printFindings(findings, session.err);
+    return kFindings;
+  }
+  const LauncherFileWriter writer(manifest, findings);
+  printFindings(findings, session.err);
+  if (findings.hasErrors()) return kFindings;
+  writer.write(session);
   return kFine;
 }
 
@@ -45,16 +61,23 @@ int pack(const PackOptions& options, const Session& session) {
 void addPackCommand(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("pack", "Write the installer that a manifest describes");
   const auto options = std::make_shared<PackOptions>();
-  command->add_option("MANIFEST", options->manifest, "The manifest")->required();
-  command->add_option("-o,--output", options->output, "Write this file, not the manifest's OUTPUT");
-  command->add_option("-l,--launcher", options->launcher,
-                      "Put this launcher in front, not the manifest's LAUNCHER nor the one next "
-                      "to vspack");
+  command
+      ->add_option("MANIFEST", options->manifest,
+                   "The manifest, or the directory with the only one; - reads standard input")
+      ->required();
+  command->add_option("-o,--output", options->output, "Write this file, not the manifest's OUTPUT")
+      ->type_name("FILE");
+  command
+      ->add_option("-l,--launcher", options->launcher,
+                   "Put this launcher in front, not the manifest's LAUNCHER nor vspack's own")
+      ->type_name("FILE");
   command
       ->add_option("-I,--include", options->directories,
                    "Look here, too, for files that are not beside the manifest")
       ->type_name("DIR")
       ->allow_extra_args(false);
+  command->add_flag("--no-align", options->noAlign, "Let large files begin anywhere");
+  addAllowOption(*command, options->findings);
   command->callback([options, &session] { session.status = pack(*options, session); });
 }
 

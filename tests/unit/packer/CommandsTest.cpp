@@ -67,7 +67,7 @@ TEST_F(CommandsTest, TellsWhatIsMissingOrTooMuch) {
 
 TEST_F(CommandsTest, AnOptionTakesOneValueEachTime) {
   EXPECT_EQ(errorOf({"pack", "-I", "a", "-I", "b", "none"}),
-            "vspack: Unable to load input file: none\n");
+            "vspack: none: No such file or directory\n");
 }
 
 TEST_F(CommandsTest, AFileThatIsNotThereIsTrouble) {

@@ -1,0 +1,45 @@
+// One line of a manifest's FILES, taken apart.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "launcher/archive/LauncherFormat.h"
+
+namespace vessant {
+
+/// What unpacking a file will make of it.
+struct SizeInformation {
+  std::uint32_t files = 0;
+  std::uint32_t bytes = 0;
+};
+
+struct ManifestLine {
+  FileType type = FileType::Instructions;
+  /// Absent when vspack shall number the file.
+  std::optional<std::uint32_t> id;
+  std::string path;
+  /// Empty when the file keeps its own name.
+  std::string name;
+  std::optional<SizeInformation> unpacks;
+};
+
+/// What is wrong with a line.
+struct ManifestMistake {
+  /// The name of the finding.
+  const char* name;
+  std::string text;
+};
+
+/// Takes a line apart. Throws ManifestMistake at the first thing that is wrong.
+[[nodiscard]] ManifestLine readManifestLine(const std::string& line);
+
+/// Reads `FILES:BYTES`; nothing when the text is none or does not fit into 32 bits.
+[[nodiscard]] std::optional<SizeInformation> readSizeInformation(std::string_view text);
+
+/// What stands in front of FILES:BYTES.
+inline constexpr std::string_view kUnpacksWord = "unpacks=";
+
+}  // namespace vessant
