@@ -61,10 +61,6 @@ void LauncherFileWriter::place(Findings& findings) {
   indexOffset_ = layout.indexOffset;
   for (std::size_t i = 0; i < parts_.size(); ++i) parts_[i].offset = layout.offsets[i];
   fits_ = layout.fits();
-  if (!fits_) {
-    findings.error(manifest_.path, 0, "too-large",
-                   "the installer would have more than 4 GiB, which its index cannot tell");
-  }
   if (parts_.size() > Installer::kMostFiles) {
     findings.error(
         manifest_.path, 0, "too-many-files",

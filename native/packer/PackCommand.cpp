@@ -2,49 +2,41 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "packer/FindingOptions.h"
-#include "packer/Input.h"
-#include "packer/InstalledFiles.h"
 #include "packer/LauncherFileWriter.h"
 #include "packer/Manifest.h"
+#include "packer/ManifestOptions.h"
 #include "packer/Text.h"
 
 namespace vessant {
 namespace {
 
 struct PackOptions {
-  std::string manifest;
+  std::string path;
   std::string output;
-  std::string launcher;
-  std::vector<std::string> directories;
+  ManifestOptions manifest;
   bool noAlign = false;
   FindingOptions findings;
 };
 
-Manifest readPackedManifest(const PackOptions& options, const Session& session,
-                            Findings& findings) {
-  std::vector<std::string> directories = options.directories;
-  for (const std::string& installed : installedDirectories(session.program)) {
-    directories.push_back(installed);
-  }
-  SearchPath searchPath;
-  for (const std::string& directory : directories) searchPath.push_back(sstr(directory));
-  Manifest manifest = readManifest(manifestAt(options.manifest), searchPath, findings);
+/// The manifest with what the command line changes of it, after all checks.
+Manifest readCheckedManifest(const PackOptions& options, const Session& session,
+                             Findings& findings) {
+  const std::string path = manifestAt(options.path);
+  Manifest manifest = readManifestWith(options.manifest, path, session, findings);
   if (!options.output.empty()) manifest.output = sstr(options.output);
-  if (!options.launcher.empty()) manifest.launcher = sstr(options.launcher);
-  if (manifest.launcher.isEmpty()) manifest.launcher = sstr(installedLauncher(session.program));
   if (options.noAlign) manifest.align = false;
+  if (manifest.output.isEmpty()) {
+    findings.error(path, 1, "no-output", "there is no OUTPUT tag and no -o option");
+  }
+  checkManifest(manifest, {}, findings);
   return manifest;
 }
 
 int pack(const PackOptions& options, const Session& session) {
   Findings findings(options.findings.allowed);
-  const Manifest manifest = readPackedManifest(options, session, findings);
-  if (manifest.output.isEmpty()) {
-    findings.error(manifest.path, 1, "no-output", "there is no OUTPUT tag and no -o option");
-  }
+  const Manifest manifest = readCheckedManifest(options, session, findings);
   if (findings.hasErrors()) {
     printFindings(findings, session.err);
     return kFindings;
@@ -62,20 +54,12 @@ void addPackCommand(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("pack", "Write the installer that a manifest describes");
   const auto options = std::make_shared<PackOptions>();
   command
-      ->add_option("MANIFEST", options->manifest,
+      ->add_option("MANIFEST", options->path,
                    "The manifest, or the directory with the only one; - reads standard input")
       ->required();
   command->add_option("-o,--output", options->output, "Write this file, not the manifest's OUTPUT")
       ->type_name("FILE");
-  command
-      ->add_option("-l,--launcher", options->launcher,
-                   "Put this launcher in front, not the manifest's LAUNCHER nor vspack's own")
-      ->type_name("FILE");
-  command
-      ->add_option("-I,--include", options->directories,
-                   "Look here, too, for files that are not beside the manifest")
-      ->type_name("DIR")
-      ->allow_extra_args(false);
+  addManifestOptions(*command, options->manifest);
   command->add_flag("--no-align", options->noAlign, "Let large files begin anywhere");
   addAllowOption(*command, options->findings);
   command->callback([options, &session] { session.status = pack(*options, session); });

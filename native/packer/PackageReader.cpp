@@ -1,5 +1,7 @@
 #include "packer/PackageReader.h"
 
+#include <optional>
+
 #include "launcher/base/PathUtil.h"
 #include "packer/Text.h"
 
@@ -15,6 +17,14 @@ std::string directoryOfPath(const std::string& path) {
   return str(directoryOf(sstr(path)));
 }
 
+std::optional<ByteSource> openIfReadable(const std::string& path) {
+  try {
+    return ByteSource(path);
+  } catch (const LauncherException&) {
+    return std::nullopt;
+  }
+}
+
 /// The launcher reads whole lines: a last one without its end goes on in what lies behind it.
 void checkEnding(const Installer& installer, const FileIndexEntry& entry, Findings& findings) {
   if (!isTagFileType(entry) || entry.length == 0) return;
@@ -28,19 +38,20 @@ void checkEnding(const Installer& installer, const FileIndexEntry& entry, Findin
 
 }  // namespace
 
-Package packageOf(const Manifest& manifest, const TagText& text, const std::string& launcher) {
+Package packageOf(const Manifest& manifest) {
+  const TagText& text = manifest.text;
   Package package;
   package.label = text.file();
   package.line = lineOf(text, "FILES");
   package.directory = directoryOfPath(text.file());
   package.mode = manifest.mode;
-  package.launcher = ByteSource(launcher);
+  package.launcher = ByteSource(str(manifest.launcher));
   package.launcherLine = lineOf(text, "LAUNCHER");
-  const std::vector<TextValue>& lines = text.valuesOf("FILES");
-  for (std::size_t i = 0; i < manifest.files.size(); ++i) {
-    const PackedFile& file = manifest.files[i];
-    package.files.push_back({file.type, file.id, str(file.name), str(file.path),
-                             i < lines.size() ? lines[i].line : 0, ByteSource(str(file.path))});
+  for (const PackedFile& file : manifest.files) {
+    const std::optional<ByteSource> bytes = openIfReadable(str(file.path));
+    if (!bytes) continue;
+    package.files.push_back({file.type, file.id, str(file.name), str(file.path), file.line, *bytes,
+                             file.unpacks ? file.unpacks->bytes : 0});
   }
   return package;
 }

@@ -1,0 +1,33 @@
+// What `pack` and `check` are told of a manifest, and what they make of it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <CLI/App.hpp>
+
+#include "packer/Finding.h"
+#include "packer/Manifest.h"
+#include "packer/Session.h"
+#include "packer/check/LaunchCheck.h"
+
+namespace vessant {
+
+struct ManifestOptions {
+  std::string launcher;
+  std::vector<std::string> directories;
+};
+
+/// Adds `-l` and `-I`.
+void addManifestOptions(CLI::App& command, ManifestOptions& options);
+
+/// Reads the manifest at `path`, with what was installed along with vspack behind the directories
+/// that the user named. The result always has a launcher. Mistakes are findings.
+[[nodiscard]] Manifest readManifestWith(const ManifestOptions& options, const std::string& path,
+                                        const Session& session, Findings& findings);
+
+/// Reports everything else that can be known of the installer that the manifest describes. Throws
+/// LauncherException when the launcher cannot be read.
+void checkManifest(const Manifest& manifest, const LaunchCheckOptions& checks, Findings& findings);
+
+}  // namespace vessant

@@ -1,0 +1,130 @@
+#include "packer/Structure.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "launcher/archive/LauncherFormat.h"
+#include "packer/FileNames.h"
+#include "packer/Text.h"
+
+namespace vessant {
+namespace {
+
+/// A stretch of the installer that belongs to somebody.
+struct Claim {
+  std::uint64_t start;
+  std::uint64_t end;
+  std::string owner;
+};
+
+class StructureCheck {
+ public:
+  StructureCheck(const Installer& installer, Findings& findings)
+      : installer_(installer), findings_(findings) {}
+
+  void run();
+
+ private:
+  void error(const char* name, const std::string& text) {
+    findings_.error(installer_.path(), 0, name, text);
+  }
+  void checkBounds();
+  void checkOverlaps();
+  void checkNames();
+  void checkIds();
+  void checkEnd();
+  [[nodiscard]] std::vector<Claim> claims() const;
+
+  const Installer& installer_;
+  Findings& findings_;
+};
+
+void StructureCheck::run() {
+  if (!installer_.isInstaller()) {
+    return error("no-installer", "this is no installer: it carries no files");
+  }
+  if (installer_.flaw()) error(installer_.flaw()->name, installer_.flaw()->text);
+  if (installer_.launcher().length() == 0) {
+    error("no-launcher", "there is no launcher in front of the files");
+  }
+  checkBounds();
+  checkOverlaps();
+  checkNames();
+  checkIds();
+  if (!installer_.flaw()) checkEnd();
+}
+
+void StructureCheck::checkBounds() {
+  for (const FileIndexEntry& entry : installer_.entries()) {
+    if (installer_.isWithin(entry)) continue;
+    error("file-beyond-end",
+          quotedName(entry.fileName) + " would lie from " + std::to_string(entry.offset) + " to " +
+              std::to_string(std::uint64_t{entry.offset} + entry.length) +
+              ", but the installer has only " + std::to_string(installer_.size()) + " bytes");
+  }
+}
+
+std::vector<Claim> StructureCheck::claims() const {
+  std::vector<Claim> claims;
+  for (const FileIndexEntry& entry : installer_.entries()) {
+    const std::uint64_t start = entry.offset;
+    if (entry.length == 0) continue;
+    claims.push_back({start, start + entry.length, quotedName(entry.fileName)});
+  }
+  claims.push_back({installer_.indexOffset(), installer_.size(), "the file index"});
+  std::stable_sort(claims.begin(), claims.end(),
+                   [](const Claim& a, const Claim& b) { return a.start < b.start; });
+  return claims;
+}
+
+void StructureCheck::checkOverlaps() {
+  const std::vector<Claim> all = claims();
+  const Claim* furthest = &all.front();
+  for (std::size_t i = 1; i < all.size(); ++i) {
+    if (all[i].start < furthest->end) {
+      error("file-overlap", all[i].owner + " begins at " + std::to_string(all[i].start) +
+                                ", inside of " + furthest->owner);
+    }
+    if (all[i].end > furthest->end) furthest = &all[i];
+  }
+}
+
+void StructureCheck::checkNames() {
+  std::map<std::string, int> uses;
+  for (const FileIndexEntry& entry : installer_.entries()) {
+    const std::string flaw = nameFlaw(entry.fileName);
+    if (!flaw.empty()) {
+      error("hostile-name", quotedName(entry.fileName) + " cannot be extracted: the name " + flaw);
+    }
+    if (++uses[str(entry.fileName)] == 2) {
+      error("repeated-name", "two files are called " + quotedName(entry.fileName));
+    }
+  }
+}
+
+/// The launcher takes the first.
+void StructureCheck::checkIds() {
+  std::map<std::uint32_t, int> uses;
+  for (const FileIndexEntry& entry : installer_.entries()) {
+    if (++uses[entry.fileId] != 2) continue;
+    error("repeated-id", "two files have the id " + std::to_string(entry.fileId));
+  }
+}
+
+void StructureCheck::checkEnd() {
+  const std::uint64_t end = installer_.size() - kModeByteDistance;
+  if (installer_.indexEnd() == end) return;
+  findings_.warning(installer_.path(), 0, "unread-bytes",
+                    std::to_string(end - installer_.indexEnd()) +
+                        " bytes behind the file index are read by nobody");
+}
+
+}  // namespace
+
+void checkStructure(const Installer& installer, Findings& findings) {
+  StructureCheck(installer, findings).run();
+}
+
+}  // namespace vessant
