@@ -1,9 +1,4 @@
-<<<<<<< HEAD
 // What was built or installed together with the running vspack: the launcher, verify.jar, JVM files.
-=======
-// What was built or installed together with the running vspack: the launcher, verify.jar, JVM
-// files.
->>>>>>> 29af1b8 (Pack after looking at everything: findings with lines, ids in order, aligned and whole files)
 #pragma once
 
 #include <string>
