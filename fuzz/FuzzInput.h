@@ -1,11 +1,14 @@
-// What the fuzz targets share: the input as a stream and as a text, and a run that does nothing.
+// What the fuzz targets share: the input as a stream, as a text and as a file, and a run that says
+// nothing.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
-#include "launcher/base/RunServices.h"
 #include "launcher/base/StdFile.h"
+#include "launcher/base/UniqueFd.h"
+#include "launcher/driver/LauncherServices.h"
 
 namespace vessant::fuzz {
 
@@ -13,26 +16,36 @@ namespace vessant::fuzz {
 [[nodiscard]] StdFile streamOf(const std::uint8_t* data, std::size_t size);
 [[nodiscard]] SString textOf(const std::uint8_t* data, std::size_t size);
 
-class QuietLog : public LogSink {
+/// The bytes as a file in memory, for as long as the object lives.
+class InputFile {
  public:
-  void log(const SString& /*text*/, LogLevel /*level*/) override {}
+  InputFile(const std::uint8_t* data, std::size_t size);
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  UniqueFd fd_;
+  std::string path_;
 };
 
-class QuietProgress : public ProgressSink {
- public:
-  void addProgressDots(std::int32_t /*count*/) override {}
-  void showSearchPhase(SearchPhase /*phase*/, const SString& /*text*/) override {}
+/// The input's first line, and the bytes behind it.
+struct FirstLine {
+  FirstLine(const std::uint8_t* data, std::size_t size);
+
+  SString line;
+  const std::uint8_t* rest;
+  std::size_t restSize;
 };
 
-/// Runs no command and has an environment of one variable.
-class QuietPlatform : public Platform {
- public:
-  ChildResult executeCommand(const ChildCommand&, ProgressSink&) override { return {}; }
-  [[nodiscard]] SString getEnvironmentVariable(const SString& name) const override;
-  void setEnvironmentVariable(const SString&, const SString&) override {}
-  [[nodiscard]] bool hasFreeSpace(const SString&, std::uint32_t, std::uint32_t) const override {
-    return true;
-  }
+/// The services of a real run that shows nothing.
+struct QuietRun {
+  QuietRun() { state.silent = true; }
+
+  LauncherState state;
+  LauncherServices services{state};
 };
+
+/// Stops the target with a finding.
+void require(bool holds, const char* what);
 
 }  // namespace vessant::fuzz

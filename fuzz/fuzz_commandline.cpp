@@ -1,16 +1,13 @@
-// The readers of arguments: command lines, quoted arguments, words, numbers and escapes.
+// The readers of arguments: quoted arguments, words, numbers and escapes.
 
 #include "FuzzInput.h"
 #include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/base/UnicodeEscapes.h"
-#include "launcher/linux/CommandLine.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::SString text = vessant::fuzz::textOf(data, size);
-  vessant::StringDeque arguments;
-  vessant::splitCommandLine(arguments, text);
   vessant::SString word;
   for (vessant::SString::Size at = 0; at < text.length();) vessant::nextWord(word, text, at);
   try {

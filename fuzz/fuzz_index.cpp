@@ -1,13 +1,8 @@
 // A launcher file's index and the tag files in it.
 
-#include <cstdlib>
-
-#include <unistd.h>
-
 #include "FuzzInput.h"
 #include "launcher/archive/LauncherFile.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/driver/output/Messages.h"
 
 namespace {
 
@@ -26,19 +21,14 @@ class NoObjects : public vessant::EmbeddedObjectBuilder {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  char path[] = "/tmp/vessant-fuzz-XXXXXX";
-  const int fd = ::mkstemp(path);
-  if (fd < 0 || ::write(fd, data, size) != static_cast<ssize_t>(size)) std::abort();
-  ::close(fd);
-  vessant::fuzz::QuietLog log;
-  const vessant::fuzz::QuietPlatform platform;
-  const vessant::Messages messages(platform);
+  const vessant::fuzz::InputFile input(data, size);
+  vessant::fuzz::QuietRun run;
   NoObjects builder;
   try {
     vessant::LauncherFile file;
-    file.loadFileIndex(path, &builder, log, messages);
+    file.loadFileIndex(vessant::SString(input.path()), &builder, run.services.log,
+                       run.services.messages);
   } catch (const vessant::LauncherException&) {
   }
-  ::unlink(path);
   return 0;
 }

@@ -29,7 +29,8 @@ void checkSame(const TagFile& a, const TagFile& b) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::StdFile stream = vessant::fuzz::streamOf(data, size);
   if (stream == nullptr) return 0;
-  vessant::fuzz::QuietLog log;
+  vessant::fuzz::QuietRun run;
+  vessant::LogSink& log = run.services.log;
   TagFile tags;
   try {
     tags.load(stream.get(), "input", 0, TagFile::kToEndOfFile, log);
