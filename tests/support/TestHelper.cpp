@@ -23,6 +23,7 @@
 //
 //   fds             print the open descriptors above 2, one a line
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -30,7 +31,6 @@
 
 #include <dirent.h>
 #include <poll.h>
-#include <signal.h>
 #include <unistd.h>
 
 namespace {

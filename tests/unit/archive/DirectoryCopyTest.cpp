@@ -43,7 +43,7 @@ class CopyFixture : public ::testing::Test {
 class FileCopy : public CopyFixture {};
 
 TEST_F(FileCopy, HasTheBytesOfTheSource) {
-  for (const std::size_t size : {0, 1, 4095, 4096, 4097, 8192, 100'000}) {
+  for (const std::size_t size : {0U, 1U, 4095U, 4096U, 4097U, 8192U, 100'000U}) {
     std::string bytes(size, 'x');
     if (size > 0) bytes.back() = '\0';
     EXPECT_EQ(copyOne(tree.file("a", bytes), tree.path("b" + std::to_string(size))), 0);

@@ -82,7 +82,8 @@ TEST(Console, ShowsTheStages) {
   ConsoleFixture fixture;
   fixture.state.uiTitle = "Product";
   for (const auto& [stage, text] : kStages) {
-    EXPECT_EQ(printed(fixture, [&](Console& console) { console.showStage(stage); }), text);
+    EXPECT_EQ(printed(fixture, [&, shown = stage](Console& console) { console.showStage(shown); }),
+              text);
   }
 }
 
@@ -120,7 +121,8 @@ TEST(Console, ShowsTheSearchPhases) {
   ConsoleFixture fixture;
   for (const auto& [phase, text] : kPhases) {
     EXPECT_EQ(
-        printed(fixture, [&](Console& console) { console.showSearchPhase(phase, "Java 17"); }),
+        printed(fixture, [&, shown = phase](
+                             Console& console) { console.showSearchPhase(shown, "Java 17"); }),
         text);
     EXPECT_EQ(fixture.state.searchPhase, phase);
   }
@@ -239,7 +241,8 @@ TEST(Console, BreaksTheLineWhenTheCountPassesASeventieth) {
                                      {140, "\n", 2}, {1000, "\n", 14}, {140, "", 14}};
   ConsoleFixture fixture;
   for (const auto& [value, text, lines] : kSteps) {
-    EXPECT_EQ(printed(fixture, [&](Console& console) { console.setProgress(value); }), text)
+    EXPECT_EQ(printed(fixture, [&, set = value](Console& console) { console.setProgress(set); }),
+              text)
         << value;
     EXPECT_EQ(fixture.state.progressCount, value);
     EXPECT_EQ(fixture.state.progressLines, lines) << value;

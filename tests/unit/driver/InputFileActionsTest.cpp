@@ -18,7 +18,6 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 constexpr const char* kNoJvm =

@@ -13,7 +13,6 @@
 namespace vessant::test {
 namespace {
 
-using testing::Each;
 using testing::EndsWith;
 using testing::Not;
 using testing::StartsWith;
