@@ -4,19 +4,12 @@
 #include "launcher/base/Exceptions.h"
 #include "packer/Finding.h"
 #include "packer/Manifest.h"
-#include "packer/check/TagCheck.h"
-#include "packer/check/TagText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::fuzz::InputFile input(data, size);
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  vessant::fuzz::QuietRun run;
   vessant::Findings findings;
   try {
-    const vessant::TagText text =
-        vessant::readTagText("manifest", bytes, vessant::TextKind::Manifest, findings);
-    vessant::checkTags(text, vessant::TextKind::Manifest, {}, findings);
-    static_cast<void>(vessant::readManifest(vessant::SString(input.path()), {}, run.services.log));
+    static_cast<void>(vessant::readManifest(input.path(), {}, findings));
   } catch (const vessant::LauncherException&) {
   }
   for (const vessant::Finding& finding : findings.sorted()) {
