@@ -7,8 +7,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "launcher/base/Handles.h"
 #include "launcher/base/RunServices.h"
-#include "launcher/base/StdFile.h"
 #include "launcher/instructions/InstructionScript.h"
 #include "launcher/tagfile/TagFile.h"
 

@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "launcher/base/StdFile.h"
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 #include "launcher/driver/LauncherServices.h"
 
 namespace vessant::fuzz {

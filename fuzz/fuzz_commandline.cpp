@@ -1,8 +1,8 @@
 // The readers of arguments: quoted arguments, words, numbers and escapes.
 
 #include "FuzzInput.h"
-#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/base/UnicodeEscapes.h"
 

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "launcher/base/SystemError.h"
+#include "launcher/base/Exceptions.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 
 namespace vessant {
 

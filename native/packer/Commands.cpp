@@ -9,7 +9,7 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
-#include "launcher/base/SystemError.h"
+#include "launcher/base/Exceptions.h"
 #include "packer/BundleJvmCommand.h"
 #include "packer/CheckCommand.h"
 #include "packer/JvmCommand.h"

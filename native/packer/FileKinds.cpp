@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "launcher/archive/FileIndexEntry.h"
+#include "launcher/archive/LauncherFormat.h"
 
 namespace vessant {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include "launcher/base/SystemError.h"
+#include "launcher/base/Exceptions.h"
 #include "packer/ByteSource.h"
 #include "packer/Text.h"
 

@@ -1,4 +1,5 @@
-// What was built or installed together with the running vspack: the launcher, verify.jar, JVM files.
+// What was built or installed together with the running vspack: the launcher, verify.jar, JVM
+// files.
 #pragma once
 
 #include <string>

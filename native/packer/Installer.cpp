@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "launcher/archive/LauncherFormat.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "packer/Text.h"
 
 namespace vessant {

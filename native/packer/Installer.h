@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/archive/FileIndexEntry.h"
+#include "launcher/archive/LauncherFormat.h"
 #include "packer/ByteSource.h"
 
 namespace vessant {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "launcher/base/ArgumentReader.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "packer/FileKinds.h"
 #include "packer/Nearest.h"

@@ -3,7 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "launcher/base/SystemError.h"
+#include "launcher/base/Exceptions.h"
 #include "packer/Text.h"
 
 namespace vessant {

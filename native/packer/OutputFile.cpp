@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "launcher/base/SystemError.h"
+#include "launcher/base/Exceptions.h"
 #include "packer/PendingFiles.h"
 #include "packer/Text.h"
 

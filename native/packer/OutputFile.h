@@ -9,7 +9,7 @@
 
 #include <sys/types.h>
 
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 #include "packer/ByteSource.h"
 
 namespace vessant {

@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 #include "packer/Text.h"
 
 namespace vessant {

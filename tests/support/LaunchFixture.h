@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 
-#include "launcher/archive/EmbeddedFiles.h"
 #include "launcher/archive/Extraction.h"
 #include "launcher/archive/LauncherFile.h"
 #include "launcher/archive/ModeByte.h"

@@ -6,10 +6,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "launcher/base/DirStream.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/base/UniqueFd.h"
 
 namespace vessant {
 namespace {
@@ -39,7 +38,7 @@ bool copyContents(int source, int target) {
   while (true) {
     const ssize_t read = ::read(source, block, sizeof(block));
     if (read == 0) return true;
-    if (read < 0 && errno == EINTR) continue;
+    if (read < 0 && errno == EINTR) continue;  // a signal sets the cancel flag and no more
     if (read < 0 || !writeAll(target, block, static_cast<std::size_t>(read))) return false;
   }
 }
@@ -73,11 +72,11 @@ int copyEntry(const SString& source, const SString& target, LogSink& log) {
 TreeSize directorySize(const SString& directory) {
   TreeSize size;
   const DirStream stream = openDirectory(directory);
-  if (stream == nullptr) return size;
+  if (stream == nullptr) return size;  // an estimate: the copy itself will tell of the failure
   while (const dirent* entry = nextEntry(stream)) {
     const SString path = directory + "/" + entry->d_name;
     struct stat status = {};
-    if (::lstat(path.cString(), &status) != 0) continue;
+    if (::lstat(path.cString(), &status) != 0) continue;  // gone since it was listed
     if (S_ISDIR(status.st_mode)) {
       const TreeSize below = directorySize(path);
       size.bytes += below.bytes;
@@ -96,8 +95,10 @@ int copyFile(const SString& source, const SString& target) {
   struct stat status = {};
   if (::fstat(from.get(), &status) != 0) return kFailed;
   const mode_t permissions = status.st_mode & ALLPERMS;
+  // Without O_TRUNC, so that a longer target keeps its tail. Kept.
   const UniqueFd to(::open(target.cString(), O_WRONLY | O_CREAT | O_CLOEXEC, permissions));
   if (!to.isOpen() || !copyContents(from.get(), to.get())) return kFailed;
+  // As for directories: a target of somebody else keeps its bits.
   static_cast<void>(::fchmod(to.get(), permissions));
   return 0;
 }
@@ -118,6 +119,7 @@ void copyDirectoryChecked(const SString& source, const SString& target,
                           const RunServices& services) {
   services.log("COPYING THE DIR");
   const TreeSize size = directorySize(source);
+  // The platform takes 32 bits of each number. Kept: a tree of 2 GiB and more always passes.
   if (!services.platform.hasFreeSpace(target, static_cast<std::uint32_t>(size.bytes),
                                       static_cast<std::uint32_t>(size.files))) {
     throw LauncherException(services.messages.errorText(ErrorId::TempSpaceHint));

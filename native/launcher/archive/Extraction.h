@@ -1,7 +1,10 @@
-// Copies files out of the launcher file.
+// Copies files out of the launcher file: one by one, and those that are needed once a run.
 #pragma once
 
-#include "launcher/archive/FileIndexEntry.h"
+#include <unordered_map>
+
+#include "launcher/archive/LauncherFile.h"
+#include "launcher/archive/TempFiles.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
@@ -30,6 +33,32 @@ class FileExtractor {
 
   const SString& launcherFile_;
   const RunServices& services_;
+};
+
+/// The copies that a run makes in temporary directories, which the clean-up deletes.
+class EmbeddedFiles {
+ public:
+  /// All three must outlive this.
+  EmbeddedFiles(const LauncherFile& launcherFile, const FileExtractor& extractor,
+                TempFiles& tempFiles)
+      : launcherFile_(launcherFile), extractor_(extractor), tempFiles_(tempFiles) {}
+  EmbeddedFiles(const EmbeddedFiles&) = delete;
+  EmbeddedFiles& operator=(const EmbeddedFiles&) = delete;
+
+  [[nodiscard]] const LauncherFile& launcherFile() const { return launcherFile_; }
+
+  /// The path of the entry's copy, in a temporary directory of its own. Made at the first call; a
+  /// call that throws, as extractFile does, leaves it to the next.
+  const SString& extractedPath(const FileIndexEntry& entry);
+  /// Extracts all application archives into one new temporary directory and returns the path of
+  /// the last; empty when there are none. Every call makes new copies: the caller keeps the path.
+  [[nodiscard]] SString extractApplicationArchives() const;
+
+ private:
+  const LauncherFile& launcherFile_;
+  const FileExtractor& extractor_;
+  TempFiles& tempFiles_;
+  std::unordered_map<const FileIndexEntry*, SString> paths_;
 };
 
 }  // namespace vessant

@@ -3,9 +3,9 @@
 #include <memory>
 #include <utility>
 
-#include "launcher/base/BinaryReader.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 
 namespace vessant {
@@ -24,6 +24,31 @@ ErrorId errorOfKind(FileType type) {
   return ErrorId::JvmFileNotLoaded;
 }
 
+/// Moves to the file count. Returns false for a file that carries nothing.
+bool seekIndex(std::FILE* stream) {
+  if (std::fseek(stream, -kTrailerSize, SEEK_END) != 0) {
+    throw LauncherException("Invalid launcher format.");
+  }
+  const std::uint32_t offset = readInt32(stream, "Unable to read file index offset.");
+  const std::uint32_t identification =
+      readInt32(stream, "Unable to read launcher identification value.");
+  if (identification != kIdentification) return false;
+  if (::fseeko(stream, static_cast<off_t>(offset), SEEK_SET) != 0) {
+    throw LauncherException("Invalid file index offset.");
+  }
+  return true;
+}
+
+/// Entry by entry: the count is only believed as far as there are entries.
+void readEntries(std::FILE* stream, FileIndexEntryPtrDeque& entries) {
+  const auto count = static_cast<std::int32_t>(readInt32(stream, "Unable to read the file count."));
+  for (std::int32_t i = 0; i < count; ++i) {
+    auto entry = std::make_unique<FileIndexEntry>();
+    readFileIndexEntry(*entry, stream);
+    entries.add(std::move(entry));
+  }
+}
+
 /// Of several scripts of one kind the first is used, and none when the run has one already.
 void buildObject(const FileIndexEntry& entry, EmbeddedObjectBuilder& builder) {
   TagFile& tags = *entry.tagFile;
@@ -40,13 +65,15 @@ void buildObject(const FileIndexEntry& entry, EmbeddedObjectBuilder& builder) {
 
 void LauncherFile::loadFileIndex(const SString& path, EmbeddedObjectBuilder* builder, LogSink& log,
                                  const MessageSource& messages) {
-  if (loaded_) return;
+  const bool wantsObjects = builder != nullptr && !objectsBuilt_;
+  if (loaded_ && !wantsObjects) return;
   const StdFile file = openFile(path, OpenMode::Read);
   if (file == nullptr) throw LauncherException("Cannot open launcher file.");
-  if (readIndex(file.get())) {
+  if (!indexRead_) {
+    readIndex(file.get());
     logListing(log);
-    if (builder != nullptr) buildObjects(file.get(), *builder, log, messages);
   }
+  if (wantsObjects) buildObjects(file.get(), *builder, log, messages);
   loaded_ = true;
 }
 
@@ -64,30 +91,11 @@ FileIndexEntry* LauncherFile::findByType(FileType type) const {
   return nullptr;
 }
 
-/// Returns false for a file that carries nothing.
-bool LauncherFile::readIndex(std::FILE* stream) {
-  if (std::fseek(stream, -kTrailerSize, SEEK_END) != 0) {
-    throw LauncherException("Invalid launcher format.");
-  }
-  const std::uint32_t offset = readInt32(stream, "Unable to read file index offset.");
-  const std::uint32_t identification =
-      readInt32(stream, "Unable to read launcher identification value.");
-  if (identification != kIdentification) return false;
-  if (::fseeko(stream, static_cast<off_t>(offset), SEEK_SET) != 0) {
-    throw LauncherException("Invalid file index offset.");
-  }
-  readEntries(stream);
-  return true;
-}
-
-/// Entry by entry: the count is only believed as far as there are entries.
-void LauncherFile::readEntries(std::FILE* stream) {
-  const auto count = static_cast<std::int32_t>(readInt32(stream, "Unable to read the file count."));
-  for (std::int32_t i = 0; i < count; ++i) {
-    auto entry = std::make_unique<FileIndexEntry>();
-    readFileIndexEntry(*entry, stream);
-    index_.add(std::move(entry));
-  }
+void LauncherFile::readIndex(std::FILE* stream) {
+  FileIndexEntryPtrDeque entries;
+  if (seekIndex(stream)) readEntries(stream, entries);
+  index_.swap(entries);
+  indexRead_ = true;
 }
 
 void LauncherFile::logListing(LogSink& log) const {
@@ -96,7 +104,9 @@ void LauncherFile::logListing(LogSink& log) const {
 
 void LauncherFile::buildObjects(std::FILE* stream, EmbeddedObjectBuilder& builder, LogSink& log,
                                 const MessageSource& messages) {
-  if (std::exchange(objectsBuilt_, true)) return;
+  // Set ahead of the work: after a failure half-way a second pass would make the first objects
+  // again, while the builder still holds them and they refer to their entries' tag files.
+  objectsBuilt_ = true;
   for (FileIndexEntry& entry : index_) {
     if (!isTagFileType(entry)) continue;
     auto tags = std::make_unique<TagFile>();

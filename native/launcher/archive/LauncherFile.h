@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "launcher/archive/FileIndexEntry.h"
+#include "launcher/archive/LauncherFormat.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
@@ -30,9 +30,15 @@ class LauncherFile {
   LauncherFile& operator=(const LauncherFile&) = delete;
 
   /// Reads the index of the file at `path` and lists it in the log; with a builder, also makes the
-  /// embedded objects. Only the first successful call does anything. A file without the
-  /// identification value has no appended files, which is no error.
-  /// Throws LauncherException for every other flaw of the format.
+  /// embedded objects. Each is done once a run, so that a later call with a builder only makes the
+  /// objects of an index that was read without one, and any other later call does nothing. `path`
+  /// is the same file in every call. A file without the identification value has no appended files,
+  /// which is no error.
+  ///
+  /// Throws LauncherException for every other flaw of the format, and then the file counts as not
+  /// loaded. An index that could not be read leaves no entries. Objects that could not be made
+  /// leave the entries and the objects in front of them, which refer to one another; they are not
+  /// made again.
   void loadFileIndex(const SString& path, EmbeddedObjectBuilder* builder, LogSink& log,
                      const MessageSource& messages);
 
@@ -43,13 +49,14 @@ class LauncherFile {
   [[nodiscard]] FileIndexEntry* findByType(FileType type) const;
 
  private:
-  bool readIndex(std::FILE* stream);
-  void readEntries(std::FILE* stream);
+  /// Reads the whole index into `index_`, or throws and changes nothing.
+  void readIndex(std::FILE* stream);
   void logListing(LogSink& log) const;
   void buildObjects(std::FILE* stream, EmbeddedObjectBuilder& builder, LogSink& log,
                     const MessageSource& messages);
 
   FileIndexEntryPtrDeque index_;
+  bool indexRead_ = false;
   bool loaded_ = false;
   bool objectsBuilt_ = false;
 };

@@ -1,4 +1,4 @@
-// The layout of a launcher file: an executable with files behind it.
+// The layout of a launcher file, an executable with files behind it, and one entry of its index.
 //
 //     the executable
 //     the bytes of the appended files
@@ -15,6 +15,12 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <memory>
+
+#include "launcher/base/PtrDeque.h"
+#include "launcher/base/SString.h"
+#include "launcher/tagfile/TagFile.h"
 
 namespace vessant {
 
@@ -39,5 +45,34 @@ inline constexpr int kTrailerSize = 8;
 inline constexpr int kModeByteDistance = kTrailerSize + 1;
 /// The value of the size-information flag that announces two more fields.
 inline constexpr int kHasSizeInformation = 1;
+
+/// One file carried in a launcher file.
+struct FileIndexEntry {
+  FileType type = FileType::Instructions;
+  /// What the entry's bytes say, for the types that are tag files, once they are read. The objects
+  /// made from it refer to it.
+  std::unique_ptr<TagFile> tagFile;
+  /// The number that the packer gave the file; scripts name it by this.
+  std::uint32_t fileId = 0;
+  /// In bytes.
+  std::uint32_t length = 0;
+  /// Of the first byte, from the start of the launcher file.
+  std::uint32_t offset = 0;
+  SString fileName;
+  bool hasSizeInformation = false;
+  /// What unpacking the file will produce after its extraction; 0 without size information.
+  std::uint32_t expandedFileCount = 0;
+  std::uint32_t expandedSize = 0;
+};
+
+using FileIndexEntryPtrDE = PtrDE<FileIndexEntry>;
+using FileIndexEntryPtrDeque = PtrDeque<FileIndexEntry>;
+
+/// True for the types whose bytes are read in place as a tag file.
+[[nodiscard]] bool isTagFileType(const FileIndexEntry& entry);
+
+/// Reads one entry at the stream's position; whatever `entry` held is replaced. Throws
+/// LauncherException at the first bad field; the entry then holds the fields in front of it.
+void readFileIndexEntry(FileIndexEntry& entry, std::FILE* stream);
 
 }  // namespace vessant

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "launcher/archive/LauncherFormat.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 
 namespace vessant {
 namespace {
@@ -20,6 +20,7 @@ std::int32_t readModeByte(const SString& fileName) {
 
 std::int32_t ModeByteProbe::launcherModeByte(const SString& fileName) {
   if (fileName != launcherFileName_) return readModeByte(fileName);
+  // Once: the launcher asks again when it ends, and by then its file may be gone.
   if (lastTrailerByte_ == kNoModeByte) lastTrailerByte_ = readModeByte(fileName);
   return lastTrailerByte_;
 }

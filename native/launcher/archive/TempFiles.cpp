@@ -12,8 +12,6 @@
 #include "launcher/base/DeleteFullDir.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/base/SystemError.h"
-#include "launcher/base/UniqueFd.h"
 
 namespace vessant {
 namespace {
@@ -29,13 +27,18 @@ struct FreeMemory {
   void operator()(char* memory) const { std::free(memory); }
 };
 
-bool createExclusively(const SString& path) {
+// Both return 0 or the error number, read before anything else can run.
+
+int createExclusively(const SString& path) {
   constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  return UniqueFd(::open(path.cString(), kFlags, kFileMode)).isOpen();
+  const int fd = ::open(path.cString(), kFlags, kFileMode);
+  if (fd < 0) return errno;
+  ::close(fd);
+  return 0;
 }
 
-bool createDirectory(const SString& path) {
-  return ::mkdir(path.cString(), kDirectoryMode) == 0;
+int createDirectory(const SString& path) {
+  return ::mkdir(path.cString(), kDirectoryMode) == 0 ? 0 : errno;
 }
 
 void removeFirst(StringDeque& paths, const SString& path) {
@@ -44,6 +47,7 @@ void removeFirst(StringDeque& paths, const SString& path) {
 
 }  // namespace
 
+/// Asked at every use: the root may go, or come, while the launcher runs.
 SString TempFiles::getTempRoot() {
   if (root_.isEmpty()) root_ = kDefaultTempRoot;
   if (isDirectory(root_)) return root_;
@@ -55,26 +59,26 @@ SString TempFiles::tempRootSetting() const {
 }
 
 SString TempFiles::createTempDir() {
-  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+  int error = EEXIST;
+  for (int attempt = 0; attempt < kMostAttempts && error == EEXIST; ++attempt) {
     SString path = newName();
-    if (createDirectory(path)) {
-      directories_.add(path);
-      return path;
-    }
-    if (errno != EEXIST) break;
+    error = createDirectory(path);
+    if (error != 0) continue;
+    directories_.add(path);
+    return path;
   }
-  throw LauncherException(systemErrorText());
+  throw LauncherException(systemErrorText(error));
 }
 
 SString TempFiles::createTempFile() {
   SString path;
-  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+  int error = EEXIST;
+  for (int attempt = 0; attempt < kMostAttempts && error == EEXIST; ++attempt) {
     path = newName();
-    if (createExclusively(path)) {
-      registerTempFile(path);
-      return path;
-    }
-    if (errno != EEXIST) break;
+    error = createExclusively(path);
+    if (error != 0) continue;
+    registerTempFile(path);
+    return path;
   }
   throw LauncherException("Error creating tmp file " + path);
 }
@@ -98,7 +102,9 @@ bool TempFiles::cleanupTempFiles() {
         }
       }
     }
-  } catch (...) {  // whatever it is, the run is over
+  } catch (...) {
+    // Whatever it is, the run is over and nobody is left to tell. What lies behind the failing path
+    // stays: the caller learns that the clean-up is not complete and leaves the launcher in place.
     return false;
   }
   files_.clear();
@@ -115,6 +121,8 @@ SString TempFiles::newName() {
 }
 
 void deleteOwnExecutable(const SString& launcherFileName) {
+  // The run is over: a launcher that cannot be removed, or a directory that holds more than the
+  // launcher, simply stays.
   static_cast<void>(::unlink(launcherFileName.cString()));
   const SString::Size separator = launcherFileName.rfind("/");
   if (separator == SString::npos) return;

@@ -27,13 +27,15 @@ class TempFiles {
   /// The root in use or to be used, whether or not it exists.
   [[nodiscard]] SString tempRootSetting() const;
 
-  /// A new directory or a new empty file, registered; the path is absolute. The C library may
-  /// prefer the directory that TMPDIR names to the root. Throw LauncherException on failure.
+  /// A new directory or a new empty file, registered; the path is absolute, so that a change of
+  /// the current directory does not hide it from the clean-up. The C library may prefer the
+  /// directory that TMPDIR names to the root. Throw LauncherException on failure.
   SString createTempDir();
   SString createTempFile();
 
+  /// For what somebody else has made; the clean-up deletes it, too.
   void registerTempFile(const SString& path) { files_.add(path); }
-  /// Forget the first registered path that is equal, so that it stays.
+  /// Forget the first registered path that is equal, so that it stays: its user outlives this run.
   void unregisterTempFile(const SString& path);
   void unregisterTempDir(const SString& path);
 

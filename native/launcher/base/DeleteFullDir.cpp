@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "launcher/base/SystemError.h"
+#include "launcher/base/Exceptions.h"
 
 namespace vessant {
 
@@ -16,7 +16,9 @@ bool deletePath(const SString& path, const RunServices& services) {
   const int result =
       S_ISDIR(status.st_mode) ? ::rmdir(path.cString()) : std::remove(path.cString());
   if (result == 0) return true;
-  services.log(SString("Could not delete ") + path + " :  " + systemErrorText(), LogLevel::Warning);
+  const int error = errno;  // building the text may change it
+  services.log(SString("Could not delete ") + path + " :  " + systemErrorText(error),
+               LogLevel::Warning);
   return false;
 }
 

@@ -1,13 +1,22 @@
-// The exceptions of the launcher. Two carry a finished text for the user; the other two tell of a
-// misuse of positions and lengths and are programming errors.
+// The exceptions that carry a finished text, and the system's own words for such a text. (Two more,
+// of SString.h, tell of a misuse of positions and lengths; they are programming errors.)
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "launcher/base/SString.h"
 
 namespace vessant {
+
+/// The text of `error`, by default of the error that a system call has just left in errno. Where
+/// anything runs between the call and the question, even a destructor, keep the number and hand it
+/// in: freeing memory and closing files may change errno.
+[[nodiscard]] inline SString systemErrorText(int error = errno) {
+  return std::strerror(error);
+}
 
 /// A failure that ends the current operation. Carries one complete, readable text.
 class LauncherException {

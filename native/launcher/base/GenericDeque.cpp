@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace vessant {
 
@@ -16,9 +17,10 @@ DequeEntry* GenericDeque::entryAt(std::int32_t index) const {
 }
 
 void GenericDeque::insertEntry(std::int32_t index, std::unique_ptr<DequeEntry>&& entry) {
+  // Also for index == count: whoever wants the end says kAppend. Kept.
   if (index >= 0 && !isValidIndex(index)) return;
   const std::int32_t place = index < 0 ? count_ : index;
-  makeRoom();
+  makeRoom();  // before the entry is taken: it may throw, and the entry is the caller's till then
   DequeEntry** slot = entries_ + place;
   std::memmove(slot + 1, slot, static_cast<std::size_t>(count_ - place) * sizeof(*slot));
   *slot = entry.release();
@@ -42,6 +44,13 @@ void GenericDeque::clear() {
   count_ = 0;
 }
 
+void GenericDeque::swap(GenericDeque& other) noexcept {
+  std::swap(entries_, other.entries_);
+  std::swap(count_, other.count_);
+  std::swap(capacity_, other.capacity_);
+}
+
+/// realloc suits the slots, which are plain pointers: it moves whole pages of a long list.
 void GenericDeque::makeRoom() {
   if (capacity_ > count_) return;
   const std::int32_t capacity = capacity_ + growthStep_;

@@ -52,6 +52,8 @@ class GenericDeque {
   void removeLast() { removeAt(count_ - 1); }
   /// Destroys every entry. The slots are kept for the next ones.
   void clear();
+  /// Exchanges entries and slots. No entry moves in memory, so references to payloads stay good.
+  void swap(GenericDeque& other) noexcept;
 
   static constexpr std::int32_t kAppend = -1;
   static constexpr std::int32_t kGrowthStep = 30;
@@ -61,7 +63,7 @@ class GenericDeque {
 
   DequeEntry** entries_ = nullptr;
   std::int32_t count_ = 0;
-  std::int32_t growthStep_ = kGrowthStep;
+  std::int32_t growthStep_ = kGrowthStep;  // the same in all lists, so swap leaves it
   std::int32_t capacity_ = 0;
 };
 

@@ -42,6 +42,8 @@ bool isDirectory(const SString& path) {
 
 SString currentDirectory() {
   char buffer[kPathBufferSize] = {};
+  // A directory that is gone or too deep has no name; what is joined to the empty text then fails
+  // where it is used, in the words of that use.
   return ::getcwd(buffer, sizeof(buffer)) == nullptr ? "" : buffer;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <new>
 #include <utility>
 
@@ -59,10 +60,11 @@ Size checkedSize(std::size_t length) {
   return static_cast<Size>(length);
 }
 
+/// The sign alone: what memcmp returns beyond it differs from one machine to the next.
 int compareBytes(std::string_view left, std::string_view right) {
   const std::size_t common = std::min(left.size(), right.size());
   const int difference = common == 0 ? 0 : std::memcmp(left.data(), right.data(), common);
-  if (difference != 0) return difference;
+  if (difference != 0) return difference < 0 ? -1 : 1;
   if (left.size() == right.size()) return 0;
   return left.size() < right.size() ? -1 : 1;
 }
@@ -112,6 +114,7 @@ SString& SString::operator=(const SString& source) {
   return *this;
 }
 
+/// A swap: the source, which is about to go, takes the old block along.
 SString& SString::operator=(SString&& source) noexcept {
   std::swap(data_, source.data_);
   std::swap(length_, source.length_);
@@ -120,7 +123,7 @@ SString& SString::operator=(SString&& source) noexcept {
 }
 
 SString& SString::assign(std::string_view text) {
-  if (aliases(text)) return *this = SString(text);
+  if (aliases(text)) return *this = SString(text);  // a part of this very string
   const Size length = checkedSize(text.size());
   grow(length, true);
   if (length > 0) std::memcpy(data_, text.data(), length);
@@ -204,7 +207,7 @@ void SString::reserve(Size capacity) {
   if (data_ != nullptr) terminate(length);
 }
 
-// Find.
+// Find. The sets are a few characters long, so each byte is looked up in them directly.
 
 Size SString::find(std::string_view text, Size position) const {
   return asPosition(view().find(text, position));
@@ -281,7 +284,7 @@ char SString::at(Size index) const {
 char& SString::mutableAt(Size index) {
   if (index >= length_) throw RangeException();
   if (isShared()) split(length_);
-  sharers(data_) = kFrozen;
+  sharers(data_) = kFrozen;  // no later copy may see what the reference changes
   return data_[index];
 }
 
@@ -301,9 +304,12 @@ bool SString::isShared() const {
   return data_ != nullptr && sharers(data_) != 0 && sharers(data_) != kFrozen;
 }
 
+/// Whether a change of this string would pull the text from under the change. std::less, because
+/// the built-in operators order no pointers into different blocks.
 bool SString::aliases(std::string_view text) const {
-  return data_ != nullptr && !text.empty() && text.data() >= data_ &&
-         text.data() < data_ + capacity_ + 1;
+  if (data_ == nullptr || text.empty()) return false;
+  const std::less<> before;
+  return !before(text.data(), data_) && before(text.data(), data_ + capacity_ + 1);
 }
 
 void SString::release() {
@@ -318,6 +324,7 @@ void SString::release() {
   capacity_ = 0;
 }
 
+/// A block that is frozen or has all the sharers that its byte can count is copied instead.
 void SString::share(const SString& source) {
   if (source.data_ == nullptr || sharers(source.data_) >= kMostSharers) {
     assign(source.view());
@@ -340,12 +347,14 @@ void SString::grow(Size length, bool replacing) {
     if (replacing) release();
     return;
   }
+  // A large block is given back even for a short text, not kept for the rest of the run.
   if (replacing && (capacity_ > kRounding || capacity_ < length)) return replaceBlock(length);
   if (capacity_ >= length) return;
   data_ = allocateBlock(data_, length);
   capacity_ = length;
 }
 
+/// The new block comes first: without memory for it the string stays as it was.
 void SString::replaceBlock(Size capacity) {
   char* block = allocateBlock(nullptr, capacity);
   release();
@@ -353,6 +362,7 @@ void SString::replaceBlock(Size capacity) {
   capacity_ = capacity;
 }
 
+/// Leaves a shared block for a private copy of it.
 void SString::split(Size capacity) {
   char* block = allocateBlock(nullptr, capacity);
   const Size kept = std::min(length_, capacity);
@@ -371,7 +381,7 @@ void SString::terminate(Size length) {
 char* SString::openGap(Size position, Size removed, Size added) {
   const Size length = length_;
   const Size newLength = length - removed + added;
-  grow(std::max(newLength, length), false);
+  grow(std::max(newLength, length), false);  // never less than the tail that is about to move
   std::memmove(data_ + position + added, data_ + position + removed, length - position - removed);
   terminate(newLength);
   return data_ + position;
@@ -383,6 +393,7 @@ Size SString::clip(Size position, Size count) const {
 }
 
 void SString::checkGrowth(std::size_t added) const {
+  // As a difference, because the sum could wrap.
   if (added >= npos - length_) throw LengthException();
 }
 

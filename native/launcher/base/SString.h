@@ -11,7 +11,8 @@
 // nothing.
 //
 // Wherever a text is taken as std::string_view, a C string, a (pointer, count) pair in braces and
-// another SString all fit. A view may point into the string that is being changed.
+// another SString all fit. A null C string is the empty text where one is constructed or assigned.
+// A view may point into the string that is being changed.
 #pragma once
 
 #include <cstdint>
@@ -48,7 +49,7 @@ class SString {
   SString& operator=(const SString& source);
   SString& operator=(SString&& source) noexcept;
   SString& operator=(std::string_view text) { return assign(text); }
-  SString& operator=(const char* text) { return assign(std::string_view(text)); }
+  SString& operator=(const char* text) { return assign(text == nullptr ? "" : text); }
   SString& assign(std::string_view text);
   SString& assign(const SString& source, Size position, Size count);
   SString& assign(Size count, char character);
@@ -84,7 +85,7 @@ class SString {
   [[nodiscard]] Size findLastNotOf(std::string_view set, Size position = npos) const;
   [[nodiscard]] Size findLastNotOf(char character, Size position = npos) const;
 
-  // Compare. Negative, zero or positive; -1, 0 and 1 when one text is a prefix of the other.
+  // Compare. -1 when this text comes before the other, 0 when they are equal, else 1.
   [[nodiscard]] int compare(std::string_view text) const;
   [[nodiscard]] int compare(Size position, Size count, std::string_view text) const;
   [[nodiscard]] int compare(Size position, Size count, const SString& other, Size otherPosition,
@@ -117,7 +118,9 @@ class SString {
   //                      ^ data_
   // sharers: 0 one owner; 1..254 that many owners besides this one; 255 frozen, never shared.
   [[nodiscard]] bool isShared() const;
+  /// Whether `text` lies in this string's own block.
   [[nodiscard]] bool aliases(std::string_view text) const;
+  /// Gives up this owner's share of the block; the last owner frees it.
   void release();
   void share(const SString& source);
   /// Makes room for `length` bytes. `replacing`: the old bytes are not needed any more.

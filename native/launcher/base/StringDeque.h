@@ -1,5 +1,4 @@
-// A list of texts. Unlike the lists of objects it stores private copies of what it is given, and it
-// answers an index that is out of range with the empty text.
+// Lists of texts, and of pairs of texts.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +11,8 @@ namespace vessant {
 
 using SStringPtrDE = PtrDE<SString>;
 
+/// A list of texts. Unlike the lists of objects it stores private copies of what it is given, and
+/// it answers an index that is out of range with the empty text.
 class StringDeque : public GenericDeque {
  public:
   using Iterator = DequeIterator<const SString>;
@@ -30,5 +31,14 @@ class StringDeque : public GenericDeque {
   [[nodiscard]] Iterator begin() const { return {this, 0}; }
   [[nodiscard]] Iterator end() const { return {this, count()}; }
 };
+
+/// A name and a value, such as a Java system property and what it must be.
+struct StringPair {
+  SString name;
+  SString value;
+};
+
+using StringPairPtrDE = PtrDE<StringPair>;
+using StringPairPtrDeque = PtrDeque<StringPair>;
 
 }  // namespace vessant

@@ -1,7 +1,7 @@
 // LauncherMain: the input file and its actions, and the extraction that writes one.
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/driver/LauncherMain.h"
 

@@ -2,7 +2,6 @@
 // the only place that knows all of them; the rooms below get the records they ask for.
 #pragma once
 
-#include "launcher/archive/EmbeddedFiles.h"
 #include "launcher/archive/Extraction.h"
 #include "launcher/archive/ModeByte.h"
 #include "launcher/archive/TempFiles.h"

@@ -1,6 +1,6 @@
 // The loop that executes a script: above the commands, which are above the readers they share.
 
-#include "launcher/base/ArgumentReader.h"
+#include "launcher/base/Readers.h"
 #include "launcher/instructions/InstructionCommands.h"
 #include "launcher/instructions/InstructionScript.h"
 

@@ -1,5 +1,5 @@
-#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/instructions/InstructionCommands.h"
 

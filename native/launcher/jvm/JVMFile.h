@@ -9,7 +9,7 @@
 
 #include "launcher/base/PtrDeque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringPair.h"
+#include "launcher/base/StringDeque.h"
 #include "launcher/jvm/JVMMatch.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "launcher/base/SString.h"
-#include "launcher/base/StringPair.h"
+#include "launcher/base/StringDeque.h"
 #include "launcher/jvm/JVMMatch.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "launcher/base/LineReader.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/tagfile/JvmTagNames.h"
 

@@ -6,7 +6,7 @@
 
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringPair.h"
+#include "launcher/base/StringDeque.h"
 #include "launcher/tagfile/TagFile.h"
 
 namespace vessant {

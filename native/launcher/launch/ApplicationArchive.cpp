@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/base/StdFile.h"
 #include "launcher/base/TextUtil.h"
 
 namespace vessant {
@@ -30,7 +30,7 @@ int copyStream(std::FILE* source, std::FILE* target) {
 
 SString embeddedApplicationArchive(LaunchContext& context) {
   SString& path = context.applicationArchive;
-  if (path.isEmpty()) path = context.embeddedFiles.applicationArchive();
+  if (path.isEmpty()) path = context.embeddedFiles.extractApplicationArchives();
   return path;
 }
 

@@ -1,7 +1,7 @@
 #include "launcher/launch/FunctionArguments.h"
 
-#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 
 namespace vessant {

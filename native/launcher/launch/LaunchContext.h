@@ -2,7 +2,7 @@
 // down; the references are the driver's.
 #pragma once
 
-#include "launcher/archive/EmbeddedFiles.h"
+#include "launcher/archive/Extraction.h"
 #include "launcher/archive/ModeByte.h"
 #include "launcher/archive/TempFiles.h"
 #include "launcher/base/RunServices.h"

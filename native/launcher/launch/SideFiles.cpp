@@ -1,7 +1,7 @@
 #include "launcher/launch/SideFiles.h"
 
-#include "launcher/base/LineReader.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
+#include "launcher/base/Readers.h"
 
 namespace vessant {
 

@@ -7,8 +7,7 @@
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/SystemError.h"
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 #include "launcher/linux/ChildSide.h"
 #include "launcher/linux/OutputCollector.h"
 #include "launcher/linux/Pipe.h"

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/SystemError.h"
 
 namespace vessant {
 namespace {

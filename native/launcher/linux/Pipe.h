@@ -1,7 +1,7 @@
 // A pipe whose two ends close themselves and do not pass on to programs that a child starts.
 #pragma once
 
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 
 namespace vessant {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/tagfile/JvmTagNames.h"
 #include "launcher/tagfile/TagFileParser.h"

@@ -2,9 +2,8 @@
 
 #include <utility>
 
-#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/LineReader.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 
 namespace vessant {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/tagfile/TagFile.h"
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "launcher/tagfile/TagFile.h"
 #include "packer/NoLog.h"
 #include "packer/Text.h"

@@ -4,7 +4,7 @@
 #include <limits>
 #include <memory>
 
-#include "launcher/base/ArgumentReader.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "packer/Nearest.h"
 #include "packer/Text.h"

@@ -3,9 +3,8 @@
 #include <optional>
 #include <set>
 
-#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/base/LineReader.h"
+#include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "packer/Text.h"
 #include "packer/check/EncodingCheck.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "TempFixture.h"
-#include "launcher/archive/EmbeddedFiles.h"
+#include "launcher/archive/Extraction.h"
 #include "support/LauncherFileBuilder.h"
 #include "support/Thrown.h"
 
@@ -59,7 +59,7 @@ TEST_F(EmbeddedCopies, GoWithTheTemporaryDirectories) {
   builder.add(3, 1, "a.jar", "AAA").add(6, 2, "b.jar", "BBB");
   load();
   static_cast<void>(extracted(0));
-  static_cast<void>(files.applicationArchive());
+  static_cast<void>(files.extractApplicationArchives());
   temp.cleanupTempFiles();
   EXPECT_TRUE(tree.list("root").empty());
 }
@@ -76,27 +76,26 @@ TEST_F(EmbeddedCopies, AreTriedAgainAfterAFailure) {
 TEST_F(EmbeddedCopies, PutAllApplicationArchivesIntoOneDirectory) {
   builder.add(6, 1, "a.jar", "AAA").add(3, 2, "class.path", "CCC").add(6, 3, "b.jar", "BBB");
   load();
-  const std::string last = str(files.applicationArchive());
+  const std::string last = str(files.extractApplicationArchives());
   EXPECT_EQ(fs::path(last).filename(), "b.jar");
   EXPECT_EQ(readFile(last), "BBB");
   EXPECT_EQ(readFile(directoryOf(last) + "/a.jar"), "AAA");
   EXPECT_EQ(tree.list("root").size(), 3U);
 }
 
-TEST_F(EmbeddedCopies, MakeTheApplicationArchivesOnce) {
+TEST_F(EmbeddedCopies, MakeTheApplicationArchivesAtEveryCall) {
   builder.add(6, 1, "a.jar", "AAA");
   load();
-  const std::string first = str(files.applicationArchive());
-  fs::remove(first);
-  EXPECT_EQ(str(files.applicationArchive()), first);
-  EXPECT_FALSE(fs::exists(first));
-  EXPECT_EQ(tree.list("root").size(), 1U);
+  const std::string first = str(files.extractApplicationArchives());
+  const std::string second = str(files.extractApplicationArchives());
+  EXPECT_NE(first, second) << "who asks keeps the path";
+  EXPECT_EQ(readFile(second), "AAA");
 }
 
 TEST_F(EmbeddedCopies, MakeNothingWithoutApplicationArchives) {
   builder.add(3, 1, "a.jar", "AAA");
   load();
-  EXPECT_EQ(files.applicationArchive(), "");
+  EXPECT_EQ(files.extractApplicationArchives(), "");
   EXPECT_TRUE(tree.list("root").empty());
 }
 
@@ -104,9 +103,10 @@ TEST_F(EmbeddedCopies, MakeNothingWithoutApplicationArchives) {
 TEST_F(EmbeddedCopies, FailAgainWhenOneApplicationArchiveCannotBeWritten) {
   builder.add(6, 1, "a.jar", "AAA").add(6, 2, "missing/b.jar", "BBB");
   load();
-  const std::string failure = thrownMessage([&] { files.applicationArchive(); });
+  const std::string failure =
+      thrownMessage([&] { static_cast<void>(files.extractApplicationArchives()); });
   EXPECT_TRUE(failure.starts_with("Error writing file = 2")) << failure;
-  EXPECT_EQ(thrownMessage([&] { files.applicationArchive(); }), failure);
+  EXPECT_EQ(thrownMessage([&] { static_cast<void>(files.extractApplicationArchives()); }), failure);
 }
 
 }  // namespace

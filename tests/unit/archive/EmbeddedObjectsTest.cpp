@@ -119,11 +119,33 @@ TEST_F(EmbeddedObjects, MayBeEmpty) {
   EXPECT_EQ(objects.made, (Made{"instructions ", "jvm ", "launch "}));
 }
 
-TEST_F(EmbeddedObjects, AreNotMadeAnyMoreOnceTheIndexIsLoaded) {
+// The index may have been read for its files alone, before anybody knew that the objects are
+// needed.
+TEST_F(EmbeddedObjects, AreMadeForAnIndexThatWasReadWithoutThem) {
   const SString path(builder.add(1, 1, "a", "ID: a\n").write(tree.path("setup.bin")));
   launcher.loadFileIndex(path, nullptr, run.log, run.messages);
+  const FileIndexEntry* entry = launcher.index().get(0);
+  run.log.clear();
   launcher.loadFileIndex(path, &objects, run.log, run.messages);
-  EXPECT_TRUE(objects.made.empty());
+  EXPECT_EQ(run.log.texts(), Made{"jvm a"}) << "the listing stands in the log already";
+  EXPECT_EQ(launcher.index().count(), 1);
+  EXPECT_EQ(launcher.index().get(0), entry) << "the index was read again";
+}
+
+TEST_F(EmbeddedObjects, AreMadeOnce) {
+  const SString path(builder.add(1, 1, "a", "ID: a\n").write(tree.path("setup.bin")));
+  for (int i = 0; i < 3; ++i) launcher.loadFileIndex(path, &objects, run.log, run.messages);
+  EXPECT_EQ(objects.made, (Made{"jvm a"}));
+}
+
+TEST_F(EmbeddedObjects, AreNotMadeAgainAfterAFailure) {
+  builder.add(1, 1, "a", "ID: a\n").add(1, 2, "b", "oops\n").add(1, 3, "c", "ID: c\n");
+  EXPECT_FALSE(thrownMessage([&] { load(); }).empty());
+  load();
+  EXPECT_EQ(objects.made, (Made{"jvm a"}));
+  EXPECT_EQ(launcher.index().count(), 3);
+  EXPECT_EQ(objects.files.front(), launcher.index().get(0)->tagFile.get());
+  EXPECT_EQ(objects.files.front()->getValue("ID"), "a");
 }
 
 TEST_F(EmbeddedObjects, PassOnTheSyntaxErrorOfAnyScript) {

@@ -90,6 +90,15 @@ TEST_F(Extraction, AsksForTheSpaceOfWhatTheFileUnpacksToAsWell) {
             (std::vector<FakePlatform::SpaceQuestion>{{target, 1005, 21}}));
 }
 
+TEST_F(Extraction, AsksForNoMoreThanTheFileWithoutSizeInformation) {
+  embed("12345");
+  entry.expandedSize = 1000;
+  entry.expandedFileCount = 20;
+  extract();
+  EXPECT_EQ(run.platform.spaceQuestions,
+            (std::vector<FakePlatform::SpaceQuestion>{{target, 5, 1}}));
+}
+
 TEST_F(Extraction, AddsSizesAsNumbersOf32Bits) {
   embed("12345");
   entry.hasSizeInformation = true;

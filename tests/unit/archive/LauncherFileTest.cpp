@@ -122,6 +122,19 @@ TEST_F(LauncherFileIndex, IsLoadedOnceWhenItIsEmpty) {
   EXPECT_EQ(launcher.index().count(), 0);
 }
 
+TEST_F(LauncherFileIndex, KeepsNothingOfAnIndexThatCouldNotBeRead) {
+  const std::string entry =
+      '\3' + bigEndian32(1) + bigEndian32(0) + bigEndian32(0) + bigEndian16(1) + "a" + '\0';
+  const std::string index = bigEndian32(2) + entry + "\x08more than a bad type";
+  const std::string bytes = index + bigEndian32(0) + bigEndian32(0xCA82CA82);
+  EXPECT_EQ(thrownMessage([&] { load(bytes); }), "Invalid file type in file index.");
+  EXPECT_EQ(launcher.index().count(), 0) << "the entry in front of the bad one";
+  EXPECT_TRUE(run.log.lines().empty());
+  load(LauncherFileBuilder().add(3, 7, "one", ""));
+  ASSERT_EQ(launcher.index().count(), 1);
+  EXPECT_EQ(launcher.index().get(0)->fileId, 7U);
+}
+
 TEST_F(LauncherFileIndex, ReadsATagFileOnlyForABuilder) {
   load(LauncherFileBuilder().add(0, 1, "script", "no tag file at all"));
   EXPECT_EQ(launcher.index().get(0)->tagFile, nullptr);

@@ -11,6 +11,7 @@
 #include "ChosenNames.h"
 #include "TempFixture.h"
 #include "support/ProcessScope.h"
+#include "support/SpoiledErrno.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {
@@ -181,6 +182,13 @@ TEST_F(TakenNames, EndTheAttemptsAtAnotherError) {
   EXPECT_EQ(thrownMessage([&] { temp.createTempFile(); }), "Error creating tmp file " + nowhere);
   EXPECT_EQ(names.asked(), 1);
   EXPECT_TRUE(tree.list("root").empty());
+}
+
+TEST_F(TakenNames, FailWithTheErrorOfTheirMakingWhateverRunsBehindIt) {
+  const std::string nowhere = tree.path("root/missing/vsj");
+  ChosenNames names({nowhere});
+  const SpoiledErrno spoiled;
+  EXPECT_EQ(thrownMessage([&] { temp.createTempDir(); }), std::strerror(ENOENT));
 }
 
 TEST_F(TakenNames, AreNotRegistered) {

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/ArgumentReader.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Readers.h"
 #include "support/FakeRun.h"
 
 namespace vessant::test {

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/BinaryReader.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Readers.h"
 #include "support/FakeRun.h"
 #include "unit/base/StreamOf.h"
 

@@ -11,6 +11,7 @@
 
 #include "launcher/base/DeleteFullDir.h"
 #include "support/FakeRun.h"
+#include "support/SpoiledErrno.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {
@@ -86,6 +87,15 @@ TEST_F(DeleteFullDirTest, ADirectoryThatIsNotEmptyStaysWithAWarning) {
   tree.file("dir/file");
   EXPECT_FALSE(deleteOne(tree.path("dir")));
   EXPECT_EQ(tree.list(), (Paths{"dir", "dir/file"}));
+  expectWarnings({warning("dir", ENOTEMPTY)});
+}
+
+TEST_F(DeleteFullDirTest, AWarningNamesTheErrorOfTheDeletionWhateverRunsBehindIt) {
+  tree.file("dir/file");
+  {
+    const SpoiledErrno spoiled;
+    EXPECT_FALSE(deleteOne(tree.path("dir")));
+  }
   expectWarnings({warning("dir", ENOTEMPTY)});
 }
 

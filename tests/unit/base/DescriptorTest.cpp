@@ -7,8 +7,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "launcher/base/StdFile.h"
-#include "launcher/base/UniqueFd.h"
+#include "launcher/base/Handles.h"
 #include "support/FakeRun.h"
 #include "support/TempTree.h"
 

@@ -6,7 +6,6 @@
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/RunServices.h"
-#include "launcher/base/SystemError.h"
 #include "support/FakeRun.h"
 
 namespace vessant::test {

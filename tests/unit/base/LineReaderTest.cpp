@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/LineReader.h"
+#include "launcher/base/Readers.h"
 #include "support/FakeRun.h"
 #include "unit/base/StreamOf.h"
 

@@ -20,21 +20,21 @@ TEST(SStringCompare, TheShorterOfTwoIsLess) {
 }
 
 TEST(SStringCompare, TheFirstDifferenceDecides) {
-  EXPECT_LT(SString("abd").compare("abe"), 0);
-  EXPECT_GT(SString("abe").compare("abd"), 0);
-  EXPECT_LT(SString("abcdefg").compare("b"), 0);
-  EXPECT_GT(SString("b").compare("abcdefg"), 0);
+  EXPECT_EQ(SString("abd").compare("abe"), -1);
+  EXPECT_EQ(SString("abe").compare("abd"), 1);
+  EXPECT_EQ(SString("abcdefg").compare("b"), -1);
+  EXPECT_EQ(SString("b").compare("abcdefg"), 1);
 }
 
 TEST(SStringCompare, BytesAreUnsigned) {
-  EXPECT_GT(SString("\x80").compare("\x7f"), 0);
-  EXPECT_LT(SString("a").compare("\xff"), 0);
-  EXPECT_GT(SString("a\xe9").compare("az"), 0);
+  EXPECT_EQ(SString("\x80").compare("\x7f"), 1);
+  EXPECT_EQ(SString("a").compare("\xff"), -1);
+  EXPECT_EQ(SString("a\xe9").compare("az"), 1);
 }
 
 TEST(SStringCompare, NulBytesCount) {
   EXPECT_EQ(SString(std::string_view("a\0b", 3)).compare("a"), 1);
-  EXPECT_LT(SString(std::string_view("a\0b", 3)).compare(std::string_view("a\0c", 3)), 0);
+  EXPECT_EQ(SString(std::string_view("a\0b", 3)).compare(std::string_view("a\0c", 3)), -1);
 }
 
 TEST(SStringCompare, CaseMatters) {
@@ -52,7 +52,7 @@ TEST(SStringCompare, APartWithATextOrAnotherPart) {
   EXPECT_EQ(text.compare(2, 2, other, 2, 2), 0);
   EXPECT_EQ(text.compare(2, SString::npos, other, 2, SString::npos), 0);
   EXPECT_EQ(text.compare(2, 1, other, 2, 2), -1);
-  EXPECT_LT(text.compare(0, 1, other, 0, 1), 0);
+  EXPECT_EQ(text.compare(0, 1, other, 0, 1), -1);
 }
 
 TEST(SStringCompare, EqualityHoldsBetweenAllKindsOfText) {

@@ -30,6 +30,13 @@ TEST(SStringConstruct, FromANullPointerIsEmpty) {
   EXPECT_EQ(SString(nothing), "");
 }
 
+TEST(SStringAssign, OfANullPointerIsEmpty) {
+  const char* nothing = nullptr;
+  SString text("before");
+  text = nothing;
+  EXPECT_EQ(text, "");
+}
+
 TEST(SStringConstruct, TheProcessWideEmptyStringIsAlwaysTheSame) {
   EXPECT_TRUE(SString::empty().isEmpty());
   EXPECT_EQ(&SString::empty(), &SString::empty());

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "TagFileFixture.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {

@@ -1,6 +1,6 @@
 #include "TagFileFixture.h"
 
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 
 namespace vessant::test {
 

@@ -1,7 +1,7 @@
-#include "launcher/archive/FileIndexEntry.h"
+#include "launcher/archive/LauncherFormat.h"
 
-#include "launcher/base/BinaryReader.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Readers.h"
 
 namespace vessant {
 namespace {
@@ -14,7 +14,8 @@ FileType readType(std::FILE* stream) {
   return static_cast<FileType>(byte);
 }
 
-/// A name ends early at a newline or at the end of the file; that is no error.
+/// A name ends early at a newline or at the end of the file; that is no error. Kept: the fields
+/// behind such a name are then read from where it stopped, and fail in their own words.
 SString readName(std::FILE* stream, std::int16_t length) {
   SString name;
   for (int i = 0; i < length; ++i) {
@@ -33,11 +34,13 @@ bool isTagFileType(const FileIndexEntry& entry) {
 }
 
 void readFileIndexEntry(FileIndexEntry& entry, std::FILE* stream) {
+  entry = FileIndexEntry();  // or an absent field would keep the value of an earlier reading
   entry.type = readType(stream);
   entry.fileId = readInt32(stream, "Unable to load file id.");
   entry.length = readInt32(stream, "Unable to load file length.");
   entry.offset = readInt32(stream, "Unable to load offset to file bytes.");
   entry.fileName = readName(stream, readInt16(stream, "Unable to load the string value."));
+  // Every value but 1, the end of the file included, means that the two fields are absent.
   entry.hasSizeInformation = std::getc(stream) == kHasSizeInformation;
   if (!entry.hasSizeInformation) return;
   entry.expandedFileCount = readInt32(stream, "Unable to load decompressed file count.");

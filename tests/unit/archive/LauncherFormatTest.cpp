@@ -1,12 +1,13 @@
 // One entry of a file index, byte by byte.
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
 
-#include "launcher/archive/FileIndexEntry.h"
-#include "launcher/base/StdFile.h"
+#include "launcher/archive/LauncherFormat.h"
+#include "launcher/base/Handles.h"
 #include "support/LauncherFileBuilder.h"
 #include "support/TempTree.h"
 #include "support/Thrown.h"
@@ -63,6 +64,15 @@ TEST_F(FileIndexEntryReading, HasNoSizesWithoutTheFlag) {
   EXPECT_EQ(entry.expandedFileCount, 0U);
   EXPECT_EQ(entry.expandedSize, 0U);
   EXPECT_EQ(rest, "next");
+}
+
+TEST_F(FileIndexEntryReading, KeepsNothingOfAnEarlierReading) {
+  read(head(4, 7) + "jre.bin" + '\1' + bigEndian32(300) + bigEndian32(70'000));
+  entry.tagFile = std::make_unique<TagFile>();
+  read(head(3, 1) + "a" + '\0');
+  EXPECT_EQ(entry.expandedFileCount, 0U);
+  EXPECT_EQ(entry.expandedSize, 0U);
+  EXPECT_EQ(entry.tagFile, nullptr);
 }
 
 TEST_F(FileIndexEntryReading, TakesEveryFlagButOneForNo) {
