@@ -1,6 +1,7 @@
 #include "support/ProcessRunner.h"
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <stdexcept>
 
@@ -37,17 +38,21 @@ std::vector<std::string> settingsOf(const std::map<std::string, std::string>& en
                      (request.directory.empty() || ::chdir(request.directory.c_str()) == 0);
   if (ready) {
     ::setpgid(0, 0);
-    ::alarm(request.timeLimitSeconds);  // survives the exec
     ::execve(arguments.front(), arguments.data(), environment.data());
   }
   ::_exit(127);
 }
 
-void collect(int out, int err, ProcessResult& result) {
+/// Reads until both streams have ended, or the time has passed.
+bool collect(int out, int err, unsigned timeLimitSeconds, ProcessResult& result) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(timeLimitSeconds);
   std::array<pollfd, 2> fds = {{{out, POLLIN, 0}, {err, POLLIN, 0}}};
   const std::array<std::string*, 2> texts = {&result.out, &result.err};
   while (fds[0].fd >= 0 || fds[1].fd >= 0) {
-    ::poll(fds.data(), fds.size(), -1);
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        end - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return false;
+    ::poll(fds.data(), fds.size(), static_cast<int>(left.count()));
     for (std::size_t i = 0; i < fds.size(); ++i) {
       if (fds[i].fd < 0 || fds[i].revents == 0) continue;
       std::array<char, 65536> chunk;
@@ -59,6 +64,7 @@ void collect(int out, int err, ProcessResult& result) {
       }
     }
   }
+  return true;
 }
 
 }  // namespace
@@ -77,7 +83,8 @@ ProcessResult runProcess(const ProcessRequest& request) {
   ::close(out[1]);
   ::close(err[1]);
   ProcessResult result;
-  collect(out[0], err[0], result);
+  // The whole group: what the program has started may hold the streams.
+  if (!collect(out[0], err[0], request.timeLimitSeconds, result)) ::kill(-child, SIGKILL);
   ::close(out[0]);
   ::close(err[0]);
   int status = 0;

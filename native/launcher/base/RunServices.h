@@ -73,12 +73,17 @@ class MessageSource {
 /// directory entries and candidates.
 class CancelFlag {
  public:
-  /// Safe in a signal handler.
+  // All are safe in a signal handler.
   void set() { set_ = 1; }
   [[nodiscard]] bool isSet() const { return set_ != 0; }
+  /// A signal has come of which it is not decided yet whether it cancels the run. Nothing may wait
+  /// for somebody else until it is.
+  void setUndecided(bool undecided) { undecided_ = undecided ? 1 : 0; }
+  [[nodiscard]] bool isInterrupted() const { return set_ != 0 || undecided_ != 0; }
 
  private:
   volatile std::sig_atomic_t set_ = 0;
+  volatile std::sig_atomic_t undecided_ = 0;
 };
 
 /// What a child may use up. 0 stands for no limit.

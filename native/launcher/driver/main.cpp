@@ -5,6 +5,7 @@
 #include "launcher/driver/EntryPoint.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/linux/CancelSignals.h"
+#include "launcher/linux/ProcessSetup.h"
 
 int main(int argumentCount, char** arguments) {
   vessant::prepareProcess();

@@ -1,54 +1,96 @@
 #include "launcher/linux/CancelSignals.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace vessant {
 namespace {
 
+constexpr int kEndingSignals[] = {
+    SIGHUP,    SIGINT,    SIGQUIT, SIGUSR1, SIGUSR2, SIGALRM, SIGTERM,
+#ifdef SIGSTKFLT
+    SIGSTKFLT,
+#endif
+    SIGXCPU,   SIGVTALRM, SIGPROF, SIGIO,   SIGPWR,
+};
+
 // A signal handler can reach nothing but a global.
-CancelFlag* cancelFlag = nullptr;
+CancelSignals* living = nullptr;
 
-void onCancel(int /*signal*/) {
-  if (cancelFlag != nullptr) cancelFlag->set();
-}
-
-void onClosedPipe(int /*signal*/) {}
-
-struct sigaction actionFor(int signal) {
-  struct sigaction action = {};
-  ::sigemptyset(&action.sa_mask);
-  if (signal == SIGPIPE) {
-    action.sa_handler = onClosedPipe;
-    action.sa_flags = SA_RESTART;
-  } else {
-    action.sa_handler = onCancel;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-  }
-  return action;
-}
+void onHarmless(int /*signal*/) {}
 
 }  // namespace
 
-CancelSignals::CancelSignals(CancelFlag& flag) {
-  cancelFlag = &flag;
-  for (int i = 0; i < kSignalCount; ++i) {
-    const struct sigaction action = actionFor(kSignals[i]);
-    ::sigaction(kSignals[i], nullptr, &previous_[i]);
-    if (previous_[i].sa_handler != SIG_IGN) ::sigaction(kSignals[i], &action, nullptr);
-  }
+CancelSignals::CancelSignals(CancelFlag& flag) : flag_(flag) {
+  living = this;
+  for (const int signal : kEndingSignals) install(signal, onSignal, 0);
+  for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) install(signal, onSignal, 0);
+  // Caught and not ignored, because programs would go on ignoring it.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) install(signal, onHarmless, SA_RESTART);
+  // Only so that the end of a child wakes a wait.
+  install(SIGCHLD, onHarmless, SA_RESTART | SA_NOCLDSTOP);
 }
 
 CancelSignals::~CancelSignals() {
-  for (int i = 0; i < kSignalCount; ++i) ::sigaction(kSignals[i], &previous_[i], nullptr);
-  cancelFlag = nullptr;
+  for (int signal = 1; signal < kSignalLimit; ++signal) {
+    if (installed_[signal]) ::sigaction(signal, &previous_[signal], nullptr);
+  }
+  living = nullptr;
 }
 
-void prepareProcess() {
-  int fd = ::open("/dev/null", O_RDWR);
-  while (fd >= 0 && fd <= STDERR_FILENO) fd = ::dup(fd);
-  if (fd > STDERR_FILENO) ::close(fd);
-  std::signal(SIGCHLD, SIG_DFL);
+CancelSignals* CancelSignals::current() {
+  return living;
+}
+
+void CancelSignals::setNoting(bool noting) {
+  noting_ = noting ? 1 : 0;
+  if (noting) return;
+  while (const int signal = takeNoted()) cancel(signal);
+}
+
+bool CancelSignals::hasNoted() const {
+  for (const volatile std::sig_atomic_t& noted : noted_) {
+    if (noted != 0) return true;
+  }
+  return false;
+}
+
+int CancelSignals::takeNoted() {
+  // First: a signal that comes now makes it undecided again, for the next call.
+  flag_.setUndecided(false);
+  for (int signal = 1; signal < kSignalLimit; ++signal) {
+    if (noted_[signal] == 0) continue;
+    noted_[signal] = 0;
+    return signal;
+  }
+  return 0;
+}
+
+void CancelSignals::cancel(int signal) {
+  if (seen_[signal] != 0) {
+    // The default action; in a handler it waits for the handler's return.
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+  }
+  seen_[signal] = 1;
+  flag_.set();
+}
+
+void CancelSignals::onSignal(int signal) {
+  if (living != nullptr) living->arrive(signal);
+}
+
+void CancelSignals::arrive(int signal) {
+  if (noting_ == 0) return cancel(signal);
+  noted_[signal] = 1;
+  flag_.setUndecided(true);
+}
+
+void CancelSignals::install(int signal, void (*handler)(int), int flags) {
+  struct sigaction action = {};
+  ::sigemptyset(&action.sa_mask);
+  action.sa_handler = handler;
+  action.sa_flags = flags;
+  ::sigaction(signal, nullptr, &previous_[signal]);
+  if (previous_[signal].sa_handler == SIG_IGN) return;
+  installed_[signal] = ::sigaction(signal, &action, nullptr) == 0;
 }
 
 }  // namespace vessant

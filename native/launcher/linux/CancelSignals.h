@@ -1,5 +1,5 @@
-// Turns the signals by which a user ends a program into the cancel flag, so that the launcher can
-// put things in order before it ends.
+// Turns the signals that end a program into the cancel flag, so that the launcher can put things in
+// order before it ends.
 #pragma once
 
 #include <csignal>
@@ -8,9 +8,12 @@
 
 namespace vessant {
 
-/// While it lives: an interrupt, a hang-up or a request to terminate sets the flag, and the same
-/// signal again ends the process at once. A signal that was ignored stays ignored. A closed pipe on
-/// standard output does not end the process. One object at a time.
+/// While it lives, every signal sets the flag whose default is to end the process and that can be
+/// caught, but for those of a crash; the same one again ends the process at once. One that was
+/// ignored stays ignored. SIGPIPE and SIGXFSZ leave it to the failing write to tell. A call that
+/// waits returns with EINTR, so that the first signal is heeded at once. One object at a time.
+///
+/// Programs that the launcher starts have the defaults again, and ignore what was ignored.
 class CancelSignals {
  public:
   explicit CancelSignals(CancelFlag& flag);
@@ -18,15 +21,33 @@ class CancelSignals {
   CancelSignals& operator=(const CancelSignals&) = delete;
   ~CancelSignals();
 
+  /// The one that lives now, or null.
+  [[nodiscard]] static CancelSignals* current();
+
+  /// Whether signals are only noted, for somebody who knows more than the handler to decide about.
+  /// Those that are still noted when it is turned off count as usual.
+  void setNoting(bool noting);
+  [[nodiscard]] bool hasNoted() const;
+  /// The next noted signal, or 0. After the last one the flag is no longer undecided.
+  [[nodiscard]] int takeNoted();
+  /// What a signal does when it is not only noted.
+  void cancel(int signal);
+
+  [[nodiscard]] const CancelFlag& flag() const { return flag_; }
+
  private:
-  static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
-  static constexpr int kSignalCount = 4;
+  static constexpr int kSignalLimit = 65;  // the numbers are 1 to 64
 
-  struct sigaction previous_[kSignalCount] = {};
+  static void onSignal(int signal);
+  void install(int signal, void (*handler)(int), int flags);
+  void arrive(int signal);
+
+  CancelFlag& flag_;
+  volatile std::sig_atomic_t noting_ = 0;
+  volatile std::sig_atomic_t noted_[kSignalLimit] = {};
+  volatile std::sig_atomic_t seen_[kSignalLimit] = {};
+  struct sigaction previous_[kSignalLimit] = {};
+  bool installed_[kSignalLimit] = {};
 };
-
-/// Makes the parts of the process that were inherited fit for a launcher: the descriptors 0 to 2
-/// are open, so that no file of ours takes their place, and a child's end can be waited for.
-void prepareProcess();
 
 }  // namespace vessant

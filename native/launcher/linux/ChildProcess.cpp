@@ -3,14 +3,13 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Handles.h"
-#include "launcher/linux/ChildSide.h"
-#include "launcher/linux/OutputCollector.h"
-#include "launcher/linux/Pipe.h"
+#include "launcher/linux/ChildWatch.h"
+#include "launcher/linux/Shell.h"
+#include "launcher/linux/SignalRelay.h"
 
 namespace vessant {
 namespace {
@@ -36,55 +35,59 @@ void openPipes(OutputPipes& pipes) {
   throw LauncherException("Couldn't create either stdout or stderr pipe: " + systemErrorText());
 }
 
-[[noreturn]] void runChildSide(const ChildCommand& command, OutputPipes& pipes) {
-  ChildOutput output;
-  output.redirect = command.captureOutput && command.redirectChildOutput;
-  output.stdoutFd = pipes.out.writeEnd.get();
-  output.stderrFd = pipes.err.writeEnd.get();
-  if (output.redirect) {
-    pipes.out.readEnd.reset();
-    pipes.err.readEnd.reset();
-  }
-  runShellInChild(command.command.cString(), output);
+/// An input without a byte: a machine without /dev has one, too.
+UniqueFd openEmptyInput() {
+  UniqueFd input(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+  Pipe pipe;
+  if (!input.isOpen() && pipe.open()) input = std::move(pipe.readEnd);
+  return input;
 }
 
-int waitForAnyChild() {
-  int status = 0;
-  while (::wait(&status) < 0) {
-    if (errno == EINTR) continue;
-    throw LauncherException("Error waiting for child process: " + systemErrorText());
-  }
-  return status;
-}
-
-int collectOutput(const ChildCommand& command, pid_t child, OutputPipes& pipes,
-                  ProgressSink& progress) {
-  pipes.out.writeEnd.reset();
-  pipes.err.writeEnd.reset();
-  OutputCollector collector(pipes.out.readEnd.get(), command.stdoutText, pipes.err.readEnd.get(),
-                            command.stderrText, progress);
-  return collector.collect(child);
+pid_t start(const ChildCommand& command, const OutputPipes& pipes) {
+  const UniqueFd input = command.emptyInput ? openEmptyInput() : UniqueFd();
+  ShellSetup setup;
+  setup.standardInput = input.get();
+  setup.redirect = command.captureOutput && command.redirectChildOutput;
+  setup.standardOutput = pipes.out.writeEnd.get();
+  setup.standardError = pipes.err.writeEnd.get();
+  setup.ownGroup = command.limits.isSet();
+  const pid_t child = startShell(shellText(command.command), setup);
+  if (child < 0) throw LauncherException("Error forking new process: " + systemErrorText());
+  return child;
 }
 
 }  // namespace
 
+bool Pipe::open() {
+  int ends[2] = {-1, -1};
+  if (::pipe2(ends, O_CLOEXEC) != 0) return false;
+  readEnd.reset(ends[0]);
+  writeEnd.reset(ends[1]);
+  return true;
+}
+
 ChildResult runChildProcess(const ChildCommand& command, ProgressSink& progress) {
+  // Before the pipes are there: what it starts would hold their ends.
+  SignalRelay relay(command.limits.isSet());
   UniqueFd previousDirectory;
   if (!command.workingDirectory.isEmpty()) {
     previousDirectory = enterDirectory(command.workingDirectory);
   }
   OutputPipes pipes;
   if (command.captureOutput) openPipes(pipes);
-  const pid_t child = ::fork();
-  if (child < 0) throw LauncherException("Error forking new process: " + systemErrorText());
-  if (child == 0) runChildSide(command, pipes);
+  const pid_t child = start(command, pipes);
   if (previousDirectory.isOpen()) {
     // A directory that cannot be entered again leaves the launcher where the child runs.
     static_cast<void>(!::fchdir(previousDirectory.get()));
   }
-  const int status =
-      command.captureOutput ? collectOutput(command, child, pipes, progress) : waitForAnyChild();
-  return {.exitCode = WEXITSTATUS(status)};
+  ChildWatch watch(child, command, relay, progress);
+  if (command.captureOutput) {
+    // An end of its own would keep the launcher waiting for more.
+    pipes.out.writeEnd.reset();
+    pipes.err.writeEnd.reset();
+    watch.collectFrom(pipes.out.readEnd.get(), pipes.err.readEnd.get());
+  }
+  return watch.run();
 }
 
 }  // namespace vessant

@@ -8,7 +8,9 @@
 
 #include <unistd.h>
 
+#include "launcher/base/SignalWait.h"
 #include "launcher/base/StringDeque.h"
+#include "launcher/linux/CancelSignals.h"
 #include "launcher/linux/ChildProcess.h"
 #include "launcher/linux/CommandLine.h"
 #include "launcher/linux/DiskSpace.h"
@@ -33,7 +35,9 @@ void replaceProcess(const SString& command) {
 
 ChildResult LinuxPlatformImpl::executeCommand(const ChildCommand& command, ProgressSink& progress) {
   // What is still in the buffer belongs ahead of the child's output, and must not be written twice.
-  std::fflush(stdout);
+  const CancelFlag never;
+  const CancelSignals* signals = CancelSignals::current();
+  flushUnlessInterrupted(stdout, signals == nullptr ? never : signals->flag());
   if (command.replaceProcess) {
     replaceProcess(command.command);
     return {};

@@ -4,10 +4,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "launcher/linux/CancelSignals.h"
 #include "launcher/linux/ChildProcess.h"
 #include "unit/linux/ChildRunner.h"
 #include "unit/linux/ForkedRun.h"
@@ -38,12 +40,8 @@ TEST_P(AnyChild, ReturnsTheExitCode) {
   }
 }
 
-TEST_P(AnyChild, ReturnsZeroForAProgramEndedByASignal) {
+TEST_P(AnyChild, ReturnsZeroForAShellEndedByASignal) {
   EXPECT_EQ(run("kill -KILL $$; exit 5"), 0);
-}
-
-TEST_P(AnyChild, ReturnsZeroWhenTheChildItselfIsEndedByASignal) {
-  EXPECT_EQ(run("kill -KILL $PPID; exit 5"), 0);
 }
 
 TEST_P(AnyChild, ReturnsTheShellsCodeForAMissingProgram) {
@@ -160,28 +158,28 @@ pid_t makeEndedChild(int status) {
   return child;
 }
 
-TEST(ChildProcess, WithoutCaptureAnyChildThatEndsIsTaken) {
-  TempTree tree;
-  const std::string gate = tree.path("gate");
-  ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+TEST_P(AnyChild, OthersAreReapedWithoutTakingTheirStatus) {
   const ForkedResult result = runForked([&] {
     makeEndedChild(42);
-    ChildRunner runner;
-    const std::int32_t status = runner.pass("read line <" + gate);
-    ::close(::open(gate.c_str(), O_WRONLY));
-    return ::wait(nullptr) > 0 ? status : 99;
+    const std::int32_t status = run(helper("exit 3"));
+    return ::waitpid(-1, nullptr, 0) < 0 && errno == ECHILD ? status : 99;
   });
-  EXPECT_EQ(result.status, 42);
+  EXPECT_EQ(result.status, 3);
 }
 
-TEST(ChildProcess, WithCaptureOtherChildrenAreLeftAlone) {
-  const ForkedResult result = runForked([] {
-    const pid_t other = makeEndedChild(42);
-    ChildRunner runner;
-    const std::int32_t status = runner.capture(helper("exit 3"));
-    int otherStatus = 0;
-    const bool left = ::waitpid(other, &otherStatus, 0) == other && WEXITSTATUS(otherStatus) == 42;
-    return left ? status : 99;
+/// While a child runs that is not over before the other one is.
+TEST_P(AnyChild, OthersThatEndMeanwhileAreReapedAtOnce) {
+  const std::string list = tree.path("children");
+  const ForkedResult result = runForked([&] {
+    CancelFlag flag;
+    const CancelSignals signals(flag);
+    const pid_t other = ::fork();
+    if (other == 0) {
+      ::poll(nullptr, 0, 100);
+      ::_exit(42);
+    }
+    return run("while kill -0 " + std::to_string(other) +
+               " 2>/dev/null; do sleep 0.01; done; exit 3");
   });
   EXPECT_EQ(result.status, 3);
 }

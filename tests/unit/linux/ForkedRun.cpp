@@ -1,9 +1,12 @@
 #include "unit/linux/ForkedRun.h"
 
+#include <csignal>
 #include <cstdio>
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,7 +17,7 @@
 namespace vessant::test {
 namespace {
 
-constexpr unsigned kTimeLimitSeconds = 120;
+constexpr int kTimeLimitMilliseconds = 120000;
 
 void sendTo(const std::string& path, int descriptor) {
   const int file = ::open(path.c_str(), O_WRONLY | O_APPEND);
@@ -24,6 +27,17 @@ void sendTo(const std::string& path, int descriptor) {
 
 void writeError(const std::string& text) {
   if (::write(STDERR_FILENO, text.data(), text.size()) < 0) ::_exit(kThrown);
+}
+
+/// Kills a process that takes too long: a signal that it could catch might not end it.
+int waitWithLimit(pid_t child) {
+  const int end = static_cast<int>(::syscall(SYS_pidfd_open, child, 0));
+  pollfd descriptor = {end, POLLIN, 0};
+  if (::poll(&descriptor, 1, kTimeLimitMilliseconds) == 0) ::kill(child, SIGKILL);
+  ::close(end);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return status;
 }
 
 int guarded(const std::function<int()>& piece) {
@@ -47,13 +61,11 @@ ForkedResult runForked(const std::function<int()>& piece) {
   const pid_t child = ::fork();
   if (child < 0) throw std::runtime_error("no process");
   if (child == 0) {
-    ::alarm(kTimeLimitSeconds);
     sendTo(out, STDOUT_FILENO);
     sendTo(err, STDERR_FILENO);
     ::_exit(guarded(piece));
   }
-  int status = 0;
-  ::waitpid(child, &status, 0);
+  const int status = waitWithLimit(child);
   const int result = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   return {result, readFile(out), readFile(err)};
 }

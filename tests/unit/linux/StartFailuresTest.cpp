@@ -5,10 +5,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/linux/ChildSide.h"
+#include "launcher/linux/Shell.h"
 #include "unit/linux/ChildRunner.h"
 #include "unit/linux/ForkedRun.h"
 
@@ -114,17 +115,23 @@ TEST(StartFailures, AChildThatCannotBeWaitedFor) {
   EXPECT_EQ(result.err, "Error waiting for child process: No child processes");
 }
 
+int statusOf(const ShellSetup& setup) {
+  int status = 0;
+  ::waitpid(startShell("exit 0", setup), &status, 0);
+  return WEXITSTATUS(status);
+}
+
 TEST(StartFailures, AChildWithoutItsStreamsTellsWhyAndEnds) {
-  const ForkedResult result = runForked([]() -> int {
-    runShellInChild("exit 0", {.redirect = true, .stdoutFd = -1, .stderrFd = STDERR_FILENO});
+  const ForkedResult result = runForked([] {
+    return statusOf({.redirect = true, .standardOutput = -1, .standardError = STDERR_FILENO});
   });
   EXPECT_EQ(result.status, kChildSetupFailed);
   EXPECT_EQ(result.err, "Error capturing stdout or stderr in new process: Bad file descriptor\n");
 }
 
 TEST(StartFailures, AChildWithoutItsErrorStreamTellsWhyAndEnds) {
-  const ForkedResult result = runForked([]() -> int {
-    runShellInChild("exit 0", {.redirect = true, .stdoutFd = STDOUT_FILENO, .stderrFd = -1});
+  const ForkedResult result = runForked([] {
+    return statusOf({.redirect = true, .standardOutput = STDOUT_FILENO, .standardError = -1});
   });
   EXPECT_EQ(result.status, kChildSetupFailed);
   EXPECT_EQ(result.err, "Error capturing stdout or stderr in new process: Bad file descriptor\n");

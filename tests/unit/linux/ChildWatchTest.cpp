@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "launcher/linux/OutputCollector.h"
-#include "launcher/linux/Pipe.h"
+#include "launcher/linux/ChildProcess.h"
+#include "launcher/linux/ChildWatch.h"
 #include "unit/linux/ChildRunner.h"
 #include "unit/linux/ForkedRun.h"
 
@@ -166,7 +166,7 @@ TEST(CapturedChild, OutputOfAGrandchildThatStaysBehindIsDrained) {
   ChildRunner runner;
   // The grandchild writes once the child has been waited for.
   const std::string command =
-      "child=$PPID; (while kill -0 $child 2>/dev/null; do :; done; echo late; echo late >&2) & "
+      "child=$$; (while kill -0 $child 2>/dev/null; do :; done; echo late; echo late >&2) & "
       "echo early; exit 8";
   EXPECT_EQ(runner.capture(command), 8);
   EXPECT_EQ(runner.out, "early\nlate\n");
@@ -195,9 +195,10 @@ TEST(CapturedChild, AStopIsNotItsEnd) {
   TempTree tree;
   SString out;
   ResumingProgress progress(tree, out);
-  ChildCommand child{.command = text("kill -STOP $PPID; echo $PPID; "
-                                     "while [ ! -e go ]; do :; done; echo more; exit 4"),
-                     .workingDirectory = text(tree.root())};
+  ChildCommand child{
+      .command = text("(while ! grep -q stopped /proc/$$/status; do :; done; echo $$; "
+                      "while [ ! -e go ]; do :; done; echo more) & kill -STOP $$; wait; exit 4"),
+      .workingDirectory = text(tree.root())};
   child.captureOutput = true;
   child.redirectChildOutput = true;
   child.stdoutText = &out;

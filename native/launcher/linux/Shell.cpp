@@ -1,0 +1,77 @@
+#include "launcher/linux/Shell.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include <unistd.h>
+
+#include "launcher/base/SignalWait.h"
+
+namespace vessant {
+namespace {
+
+// In front of the command on its first line, so that the shell counts lines as it would alone, and
+// that whatever the command ends with (a backslash, a comment, a here-document) stays its end. The
+// third signal is one that nobody sends: it keeps the trap where the first two are ignored.
+constexpr std::string_view kTrap = "trap 'case $? in 130) exit 130; esac' INT QUIT URG; ";
+
+constexpr int kLastSignal = 64;
+
+void writeError(const char* text) {
+  // Nobody is left to tell when this fails.
+  static_cast<void>(!::write(STDERR_FILENO, text, std::strlen(text)));
+}
+
+[[noreturn]] void endWithSetupError() {
+  const int error = errno;
+  writeError("Error capturing stdout or stderr in new process: ");
+  writeError(std::strerror(error));
+  writeError("\n");
+  ::_exit(kChildSetupFailed);
+}
+
+/// A handler would run in the copied process, which has no run to cancel, and take a signal that
+/// was meant for the program.
+void dropHandlers() {
+  for (int signal = 1; signal <= kLastSignal; ++signal) {
+    struct sigaction action = {};
+    if (::sigaction(signal, nullptr, &action) != 0) continue;
+    if (action.sa_handler != SIG_IGN && action.sa_handler != SIG_DFL) {
+      std::signal(signal, SIG_DFL);
+    }
+  }
+}
+
+/// Everything here must get by without throwing, without the launcher's clean-up and without its
+/// buffers: it runs in a copy of the launcher, which only ever becomes the shell or ends.
+[[noreturn]] void becomeShell(const char* text, const ShellSetup& setup, const sigset_t& mask) {
+  if (setup.ownGroup) ::setpgid(0, 0);
+  if (setup.standardInput >= 0) ::dup2(setup.standardInput, STDIN_FILENO);
+  if (setup.redirect && (::dup2(setup.standardOutput, STDOUT_FILENO) < 0 ||
+                         ::dup2(setup.standardError, STDERR_FILENO) < 0)) {
+    endWithSetupError();
+  }
+  dropHandlers();
+  ::sigprocmask(SIG_SETMASK, &mask, nullptr);
+  ::execl("/bin/sh", "sh", "-c", text, nullptr);
+  ::_exit(kChildSetupFailed);
+}
+
+}  // namespace
+
+std::string shellText(std::string_view command) {
+  return std::string(kTrap).append(command);
+}
+
+pid_t startShell(const std::string& text, const ShellSetup& setup) {
+  // Until the copy has dropped the handlers no signal may reach it.
+  const BlockedSignals blocked;
+  const pid_t child = ::fork();
+  if (child == 0) becomeShell(text.c_str(), setup, blocked.previous());
+  // In both processes, because either may be first to need it.
+  if (child > 0 && setup.ownGroup) ::setpgid(child, child);
+  return child;
+}
+
+}  // namespace vessant
