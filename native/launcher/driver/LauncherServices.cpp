@@ -5,7 +5,7 @@ namespace vessant {
 LauncherServices::LauncherServices(LauncherState& state)
     : messages(platform),
       log(state),
-      console(state, messages, stdout, stdin),
+      console(state, messages, state.cancelFlag, stdout, stdin),
       run{log, console, messages, state.cancelFlag, platform},
       tempFiles(run, state.tempDirectory),
       extractor(state.originalLauncherFileName, run),

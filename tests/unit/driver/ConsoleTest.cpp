@@ -20,7 +20,7 @@ struct ConsoleFixture {
   ConsoleState state;
   ScopedFile out = fileWith();
   ScopedFile in;
-  Console console{state, run.messages, out.get(), in.get()};
+  Console console{state, run.messages, run.cancelFlag, out.get(), in.get()};
 };
 
 /// What a console prints while `use` uses it.

@@ -1,11 +1,16 @@
 #include "launcher/driver/output/Console.h"
 
+#include <poll.h>
+
+#include "launcher/base/SignalWait.h"
+#include "launcher/base/TextUtil.h"
 #include "launcher/base/UnicodeEscapes.h"
 
 namespace vessant {
 namespace {
 
 constexpr std::int32_t kUnitsPerLine = 70;
+constexpr SString::Size kLongestAnswer = 1023;
 
 /// A run that shows progress for long enough starts again from the smallest number.
 std::int32_t wrappedSum(std::int32_t a, std::int32_t b) {
@@ -17,6 +22,10 @@ SString titleFrom(const SString& text) {
 }
 
 }  // namespace
+
+Console::~Console() {
+  flushUnlessInterrupted(out_, cancelFlag_);
+}
 
 void Console::showMessage(const SString& text) {
   if (!state_.silent) printLine(text);
@@ -100,10 +109,27 @@ void Console::setProgress(std::int32_t value) {
 SString Console::askDestinationDirectory() {
   if (state_.silent) return "";
   if (state_.progressShown) printLine(messages_.formatMessage(MessageId::AskDestination));
-  std::fflush(out_);  // the question must be there before the answer is waited for
-  char answer[1024] = {};
-  if (std::fscanf(in_, "%1023s", answer) != 1) return "";
-  return answer;
+  // The question must be there before the answer is waited for.
+  flushUnlessInterrupted(out_, cancelFlag_);
+  return readWord();
+}
+
+/// Character by character: each wait can be interrupted, and what stands behind the answer is left
+/// for the program.
+SString Console::readWord() {
+  std::setvbuf(in_, nullptr, _IONBF, 0);
+  SString word;
+  while (word.length() < kLongestAnswer) {
+    if (!waitUntilReady(::fileno(in_), POLLIN, cancelFlag_)) return "";
+    const int character = std::getc(in_);
+    if (character == EOF) break;
+    if (!isWideSpaceChar(static_cast<char>(character))) {
+      word += static_cast<char>(character);
+    } else if (!word.isEmpty()) {
+      break;
+    }
+  }
+  return cancelFlag_.isInterrupted() ? SString() : word;
 }
 
 void Console::setUiTitle(const SString& text) {
@@ -117,6 +143,7 @@ void Console::showTitle(const SString& text) {
 }
 
 void Console::print(const SString& text, bool flush) {
+  if (!waitUntilReady(::fileno(out_), POLLOUT, cancelFlag_)) return;
   std::fwrite(text.cString(), 1, text.length(), out_);
   if (flush) std::fflush(out_);
 }

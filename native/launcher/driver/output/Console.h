@@ -36,9 +36,15 @@ enum class Stage : int {
 
 class Console : public ProgressSink {
  public:
-  /// All must outlive this. `in` is where answers are read from.
-  Console(ConsoleState& state, const Messages& messages, std::FILE* out, std::FILE* in)
-      : state_(state), messages_(messages), out_(out), in_(in) {}
+  /// All must outlive this. `in` is where answers are read from. Nothing waits for whoever reads
+  /// `out` or answers once the run is interrupted: the rest is lost, and the answer empty.
+  Console(ConsoleState& state, const Messages& messages, const CancelFlag& cancelFlag,
+          std::FILE* out, std::FILE* in)
+      : state_(state), messages_(messages), cancelFlag_(cancelFlag), out_(out), in_(in) {}
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+  /// Writes out what is left.
+  ~Console() override;
 
   /// One line, unless silent.
   void showMessage(const SString& text);
@@ -71,11 +77,13 @@ class Console : public ProgressSink {
   [[nodiscard]] bool isProgressShown() const { return state_.progressShown; }
 
  private:
+  [[nodiscard]] SString readWord();
   void print(const SString& text, bool flush);
   void printLine(const SString& text);
 
   ConsoleState& state_;
   const Messages& messages_;
+  const CancelFlag& cancelFlag_;
   std::FILE* out_;
   std::FILE* in_;
 };
