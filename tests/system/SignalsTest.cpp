@@ -81,12 +81,6 @@ INSTANTIATE_TEST_SUITE_P(Numbers, EndingSignal,
                                            Signal{"HUP", SIGHUP}),
                          [](const auto& parameter) { return parameter.param.name; });
 
-TEST_F(Signals, ThatReachTheProgramTooEndItAndTheLauncherCleansUp) {
-  // What a terminal does at Ctrl-C: the signal goes to the whole group.
-  addInstallerWithJava(":", "kill -INT 0; cat %APPLICATION_ARCHIVE%()");
-  EXPECT_THAT(runWithId(), Ended(0, "Demo\n"));
-}
-
 TEST_F(Signals, OfAnotherKindEndTheProgramsAsUsual) {
   addInstallerWithJava(":", "kill -PIPE $$; echo not reached");
   EXPECT_THAT(runWithId(), Ended(0, "Demo\n"));
