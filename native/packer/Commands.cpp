@@ -11,12 +11,18 @@
 
 #include "launcher/base/Exceptions.h"
 #include "packer/BundleJvmCommand.h"
+#include "packer/CatCommand.h"
 #include "packer/CheckCommand.h"
+#include "packer/DiffCommand.h"
+#include "packer/ExtractCommand.h"
+#include "packer/InfoCommand.h"
 #include "packer/JvmCommand.h"
 #include "packer/ListCommand.h"
 #include "packer/Nearest.h"
 #include "packer/PackCommand.h"
+#include "packer/SumsCommand.h"
 #include "packer/Text.h"
+#include "packer/VerifyCommand.h"
 
 namespace vessant {
 namespace {
@@ -24,9 +30,21 @@ namespace {
 using AddCommand = void (*)(CLI::App& app, Session& session);
 
 /// All commands, in the order in which `--help` lists them.
+// clang-format off
 constexpr AddCommand kCommands[] = {
-    addPackCommand, addCheckCommand, addListCommand, addJvmCommand, addBundleJvmCommand,
+    addPackCommand,
+    addCheckCommand,
+    addListCommand,
+    addInfoCommand,
+    addExtractCommand,
+    addCatCommand,
+    addVerifyCommand,
+    addSumsCommand,
+    addDiffCommand,
+    addJvmCommand,
+    addBundleJvmCommand,
 };
+// clang-format on
 
 /// A call that makes no sense.
 struct WrongCall {

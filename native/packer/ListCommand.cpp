@@ -5,7 +5,9 @@
 #include <string>
 
 #include "packer/FileKinds.h"
+#include "packer/FindingOptions.h"
 #include "packer/Installer.h"
+#include "packer/Json.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -24,21 +26,44 @@ std::string rowOf(const FileIndexEntry& entry) {
   return row + "\n";
 }
 
-void list(const std::string& path, std::ostream& out) {
-  const Installer installer(path);
-  installer.requireIndex();
+void listAsText(const Installer& installer, std::ostream& out) {
   out << "mode byte " << int{installer.modeByte()} << "\n"
       << "kind                   id     length     offset  name\n";
   for (const FileIndexEntry& entry : installer.entries()) out << rowOf(entry);
 }
 
+void listAsJson(const Installer& installer, std::ostream& out) {
+  Json files = Json::array();
+  for (const FileIndexEntry& entry : installer.entries()) {
+    Json file = {{"kind", fileTypeName(entry.type)},
+                 {"id", entry.fileId},
+                 {"length", entry.length},
+                 {"offset", entry.offset},
+                 {"name", str(entry.fileName)}};
+    if (entry.hasSizeInformation) {
+      file["unpacks"] = {{"files", entry.expandedFileCount}, {"bytes", entry.expandedSize}};
+    }
+    files.push_back(file);
+  }
+  out << jsonText({{"mode", installer.modeByte()}, {"files", files}});
+}
+
 }  // namespace
 
 void addListCommand(CLI::App& app, Session& session) {
+  struct ListOptions {
+    std::string installer;
+    bool json = false;
+  };
   CLI::App* command = app.add_subcommand("list", "List the files that an installer carries");
-  const auto path = std::make_shared<std::string>();
-  command->add_option("INSTALLER", *path, "The installer")->required();
-  command->callback([path, &session] { list(*path, session.out); });
+  const auto options = std::make_shared<ListOptions>();
+  command->add_option("INSTALLER", options->installer, "The installer")->required();
+  addJsonOption(*command, options->json, "Write it as JSON");
+  command->callback([options, &session] {
+    const Installer installer(options->installer);
+    installer.requireIndex();
+    (options->json ? listAsJson : listAsText)(installer, session.out);
+  });
 }
 
 }  // namespace vessant
