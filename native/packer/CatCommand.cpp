@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "launcher/base/SystemError.h"
 #include "packer/EntryLookup.h"
 #include "packer/Installer.h"
 #include "packer/Text.h"

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "launcher/base/StdFile.h"
+#include "launcher/base/Handles.h"
 #include "packer/NoLog.h"
 #include "packer/Text.h"
 
