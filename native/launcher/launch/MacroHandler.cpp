@@ -48,7 +48,7 @@ SString MacroText::whole() const {
 }
 
 void MacroText::pass(std::size_t count) {
-  if (done_ != rest_) std::copy_n(buffer_.begin() + rest_, count, buffer_.begin() + done_);
+  if (done_ != rest_) std::copy_n(buffer_.data() + rest_, count, buffer_.data() + done_);
   done_ += count;
   rest_ += count;
 }
