@@ -47,7 +47,9 @@ class Cost:
 
 
 def measure(command, count=1, cwd=None):
-    output = run(BIN / "measure", count, *command, cwd=cwd)
+    words = [str(part) for part in (BIN / "measure", count, *command)]
+    output = subprocess.run(words, check=True, cwd=cwd, env=ENVIRONMENT, text=True,
+                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
     cpu, elapsed, memory = output.split()
     return Cost(float(cpu) / 1000, float(elapsed) / 1000, int(memory))
 
