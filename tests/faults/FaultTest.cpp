@@ -49,10 +49,11 @@ std::vector<Case> allCases() {
 
 /// The ways in which a call can end before its work is done.
 std::vector<std::string> faultsOf(const std::string& call) {
-  const std::set<std::string> interruptible = {"read", "write", "pread",   "pwrite",
-                                               "poll", "open",  "waitpid", "waitid"};
-  const std::set<std::string> divisible = {"read",   "write",           "pread", "pwrite",
-                                           "fwrite", "copy_file_range", "fread"};
+  const std::set<std::string> interruptible = {"read", "write",   "pread", "pwrite",
+                                               "poll", "ppoll",   "send",  "recv",
+                                               "open", "waitpid", "waitid"};
+  const std::set<std::string> divisible = {"read", "write",  "pread",           "pwrite", "send",
+                                           "recv", "fwrite", "copy_file_range", "fread"};
   std::vector<std::string> faults = {"error"};
   if (interruptible.contains(call)) faults.emplace_back("interrupted");
   if (divisible.contains(call)) faults.emplace_back("short");
@@ -145,6 +146,7 @@ void Faults::check(const std::string& fault) {
 TEST_P(Faults, EndWellAtEveryUse) {
   const std::string call = kFaultyCalls[GetParam().call].name;
   const std::uint32_t uses = usesInWholeRun();
+  RecordProperty("faults", static_cast<int>(uses * faultsOf(call).size()));
   for (std::uint32_t use = 1; use <= uses; ++use) {
     for (const std::string& kind : faultsOf(call)) {
       check(call + ":" + std::to_string(use) + ":" + kind);

@@ -11,10 +11,12 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/types.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "faults/FaultPlan.h"
 
@@ -76,6 +78,7 @@ extern "C" {
 
 using Path = const char*;
 
+FAILING(int, access, -1, EACCES, (Path path, int mode), (path, mode))
 FAILING(int, chdir, -1, EACCES, (Path path), (path))
 FAILING(int, chmod, -1, EPERM, (Path path, mode_t mode), (path, mode))
 CLOSING(int, close, -1, EIO, (int fd), (fd))
@@ -114,12 +117,16 @@ MOVING(size_t, fwrite, 0, ENOSPC, count,
 FAILING(char*, getcwd, nullptr, ENOENT, (char* buffer, size_t size), (buffer, size))
 FAILING(ssize_t, getdents64, -1, EIO, (int fd, void* buffer, size_t size), (fd, buffer, size))
 FAILING(off_t, lseek, -1, ESPIPE, (int fd, off_t offset, int whence), (fd, offset, whence))
+FAILING(int, kill, -1, EPERM, (pid_t process, int number), (process, number))
 FAILING(int, lstat, -1, EACCES, (Path path, struct stat* status), (path, status))
 FAILING(int, mkdir, -1, ENOSPC, (Path path, mode_t mode), (path, mode))
 FAILING(int, mkdirat, -1, ENOSPC, (int fd, Path path, mode_t mode), (fd, path, mode))
 FAILING(DIR*, opendir, nullptr, EMFILE, (Path path), (path))
 FAILING(int, pipe2, -1, EMFILE, (int* fds, int flags), (fds, flags))
 FAILING(int, poll, -1, ENOMEM, (pollfd * fds, nfds_t count, int timeout), (fds, count, timeout))
+FAILING(int, ppoll, -1, ENOMEM,
+        (pollfd * fds, nfds_t count, const timespec* timeout, const sigset_t* mask),
+        (fds, count, timeout, mask))
 MOVING(ssize_t, pread, -1, EIO, count, (int fd, void* buffer, size_t count, off_t offset),
        (fd, buffer, count, offset))
 MOVING(ssize_t, pwrite, -1, ENOSPC, count, (int fd, const void* buffer, size_t count, off_t offset),
@@ -127,12 +134,21 @@ MOVING(ssize_t, pwrite, -1, ENOSPC, count, (int fd, const void* buffer, size_t c
 MOVING(ssize_t, read, -1, EIO, count, (int fd, void* buffer, size_t count), (fd, buffer, count))
 FAILING(dirent*, readdir, nullptr, EIO, (DIR * stream), (stream))
 FAILING(ssize_t, readlink, -1, EACCES, (Path path, char* buffer, size_t size), (path, buffer, size))
+MOVING(ssize_t, recv, -1, EIO, count, (int fd, void* buffer, size_t count, int flags),
+       (fd, buffer, count, flags))
 FAILING(int, remove, -1, EPERM, (Path path), (path))
 FAILING(int, rename, -1, EPERM, (Path from, Path to), (from, to))
 FAILING(int, rmdir, -1, EBUSY, (Path path), (path))
+MOVING(ssize_t, send, -1, EPIPE, count, (int fd, const void* buffer, size_t count, int flags),
+       (fd, buffer, count, flags))
+FAILING(int, setpgid, -1, EPERM, (pid_t process, pid_t group), (process, group))
 FAILING(int, sigaction, -1, EINVAL,
         (int number, const struct sigaction* action, struct sigaction* before),
         (number, action, before))
+FAILING(int, sigprocmask, -1, EINVAL, (int how, const sigset_t* set, sigset_t* before),
+        (how, set, before))
+FAILING(int, socketpair, -1, EMFILE, (int domain, int type, int protocol, int* fds),
+        (domain, type, protocol, fds))
 FAILING(int, stat, -1, EACCES, (Path path, struct stat* status), (path, status))
 FAILING(int, statvfs, -1, EIO, (Path path, struct statvfs* status), (path, status))
 FAILING(char*, tempnam, nullptr, ENOMEM, (Path directory, Path prefix), (directory, prefix))
@@ -164,6 +180,32 @@ int __real_fcntl(int fd, int command, long argument);
 int __wrap_fcntl(int fd, int command, long argument) {
   if (fails(FaultyCall::fcntl, EINVAL)) return -1;
   return __real_fcntl(fd, command, argument);
+}
+
+int __real_ioctl(int fd, unsigned long request, long argument);
+int __wrap_ioctl(int fd, unsigned long request, long argument) {
+  if (fails(FaultyCall::ioctl, ENOTTY)) return -1;
+  return __real_ioctl(fd, request, argument);
+}
+
+int __real_prctl(int option, long a, long b, long c, long d);
+int __wrap_prctl(int option, long a, long b, long c, long d) {
+  if (fails(FaultyCall::prctl, EINVAL)) return -1;
+  return __real_prctl(option, a, b, c, d);
+}
+
+/// The arguments come one by one, up to a null pointer.
+int __wrap_execl(Path path, const char* first, ...) {
+  if (fails(FaultyCall::execl, ENOENT)) return -1;
+  constexpr std::size_t kMost = 16;
+  char* arguments[kMost] = {const_cast<char*>(first)};
+  va_list rest;
+  va_start(rest, first);
+  for (std::size_t i = 1; i + 1 < kMost && arguments[i - 1] != nullptr; ++i) {
+    arguments[i] = va_arg(rest, char*);
+  }
+  va_end(rest);
+  return execv(path, arguments);
 }
 
 long __real_syscall(long number, long a, long b, long c, long d, long e);
