@@ -16,6 +16,7 @@
 #include "packer/DiffCommand.h"
 #include "packer/ExtractCommand.h"
 #include "packer/InfoCommand.h"
+#include "packer/InitCommand.h"
 #include "packer/JvmCommand.h"
 #include "packer/ListCommand.h"
 #include "packer/Nearest.h"
@@ -32,6 +33,7 @@ using AddCommand = void (*)(CLI::App& app, Session& session);
 /// All commands, in the order in which `--help` lists them.
 // clang-format off
 constexpr AddCommand kCommands[] = {
+    addInitCommand,
     addPackCommand,
     addCheckCommand,
     addListCommand,

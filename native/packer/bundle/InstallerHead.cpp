@@ -5,13 +5,15 @@
 
 #include <elf.h>
 
+#include "packer/Template.h"
+
 namespace vessant {
 namespace {
 
-/// Marks in the script below are names between two "@".
+/// To be filled in.
 constexpr std::string_view kScript =
     R"sh(#!/bin/sh
-# vspack bundle-jvm unpacks=@FILES@:@BYTES@
+# vspack bundle-jvm unpacks=<FILES>:<BYTES>
 # Unpacks the Java runtime that follows the last line of this script into the current directory.
 # The file "jvm" tells of it, once it is whole and has run.
 PATH=${PATH:+$PATH:}/usr/bin:/bin
@@ -35,12 +37,12 @@ stop() {
     kill -s "$1" $$
 }
 
-@MACHINE@[ -e jre ] || [ -e jvm ] && fail "is not unpacked into $PWD: there is a jre or jvm already."
+<MACHINE>[ -e jre ] || [ -e jvm ] && fail "is not unpacked into $PWD: there is a jre or jvm already."
 for signal in HUP INT TERM; do
     trap "stop $signal" "$signal"
 done
 made=yes
-problems=$({ tail -n +@LINE@ "$0" | @UNPACK@tar -xof -; } 2>&1) ||
+problems=$({ tail -n +<LINE> "$0" | <UNPACK>tar -xof -; } 2>&1) ||
     fail "could not be unpacked into $PWD (is the disk full?): $(reason)"
 [ -f jvm.new ] || fail "is not complete: the installer is damaged and must be fetched again."
 answer=$(jre/bin/java -version 2>&1)
@@ -58,8 +60,8 @@ exit 0
 )sh";
 
 constexpr std::string_view kMachineCheck = R"sh(case $(uname -m) in
-@PATTERN@) ;;
-*) fail "is not made for this machine: it needs @NAME@, and this is $(uname -m)." ;;
+<PATTERN>) ;;
+*) fail "is not made for this machine: it needs <NAME>, and this is $(uname -m)." ;;
 esac
 )sh";
 
@@ -83,16 +85,11 @@ constexpr Machine kMachines[] = {
     {EM_LOONGARCH, false, "loongarch64"},
 };
 
-std::string replaced(std::string text, std::string_view mark, const std::string& value) {
-  const std::size_t position = text.find(mark);
-  return position == std::string::npos ? text : text.replace(position, mark.size(), value);
-}
-
 std::string machineCheck(const RuntimeFacts& facts) {
   const std::string pattern = unamePattern(facts.machine, facts.isBigEndian);
   if (pattern.empty()) return "";
   const std::string name = pattern.substr(0, pattern.find(' '));
-  return replaced(replaced(std::string(kMachineCheck), "@PATTERN@", pattern), "@NAME@", name);
+  return filled(kMachineCheck, {{"PATTERN", pattern}, {"NAME", name}});
 }
 
 }  // namespace
@@ -105,12 +102,14 @@ std::string unamePattern(std::uint16_t machine, bool isBigEndian) {
 }
 
 std::string installerHead(const RuntimeFacts& facts) {
-  std::string script = replaced(std::string(kScript), "@FILES@", std::to_string(facts.files));
-  script = replaced(script, "@BYTES@", std::to_string(facts.bytes));
-  script = replaced(script, "@MACHINE@", machineCheck(facts));
-  script = replaced(script, "@UNPACK@", facts.isCompressed ? "gzip -dc | " : "");
-  const auto lines = std::count(script.begin(), script.end(), '\n');
-  return replaced(script, "@LINE@", std::to_string(lines + 1));
+  const std::string check = machineCheck(facts);
+  const auto lines = std::count(kScript.begin(), kScript.end(), '\n') +
+                     std::count(check.begin(), check.end(), '\n');
+  return filled(kScript, {{"FILES", std::to_string(facts.files)},
+                          {"BYTES", std::to_string(facts.bytes)},
+                          {"MACHINE", check},
+                          {"UNPACK", facts.isCompressed ? "gzip -dc | " : ""},
+                          {"LINE", std::to_string(lines + 1)}});
 }
 
 }  // namespace vessant

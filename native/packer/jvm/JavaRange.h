@@ -14,7 +14,7 @@ struct JavaRange {
   static constexpr int kLargest = 999;
 
   int min = kOldest;
-  std::optional<int> max;  // nothing: any newer one
+  std::optional<int> max = std::nullopt;  // nothing: any newer one
 };
 
 /// Reads one version: "17", and "1.8" for 8. Throws LauncherException for anything else, with the

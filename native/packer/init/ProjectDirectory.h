@@ -1,0 +1,33 @@
+// The directory that a project is written into: it appears when everything in it is whole.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace vessant {
+
+class ProjectDirectory {
+ public:
+  /// Prepares a place for the files of the directory `path`. Throws LauncherException when that is
+  /// no directory, cannot be made or, unless `force` is set, has something in it.
+  ProjectDirectory(const std::string& path, bool force);
+  ProjectDirectory(const ProjectDirectory&) = delete;
+  ProjectDirectory& operator=(const ProjectDirectory&) = delete;
+  /// Removes what was not published.
+  ~ProjectDirectory();
+
+  /// Where to write the file that will have this name.
+  [[nodiscard]] std::string stagePath(const std::string& name) const;
+  /// Gives the directory, or each file in one that was there before, its name.
+  void publish();
+
+ private:
+  void checkContents(bool force) const;
+  void makeStage();
+
+  std::filesystem::path path_;
+  bool isThere_ = false;
+  std::filesystem::path stage_;
+};
+
+}  // namespace vessant

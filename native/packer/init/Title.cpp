@@ -1,0 +1,75 @@
+#include "packer/init/Title.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+
+#include "packer/Text.h"
+
+namespace vessant {
+namespace {
+
+constexpr std::uint32_t kAsciiEnd = 0x80;
+constexpr std::uint32_t kEscapeEnd = 0x10000;
+constexpr std::uint32_t kFirstPrintable = 0x20;
+constexpr std::uint32_t kDelete = 0x7F;
+constexpr std::uint32_t kSurrogates = 0xD800;
+constexpr std::uint32_t kSurrogatesEnd = 0xE000;
+
+/// How a character of UTF-8 begins: how many bytes follow, and the smallest one that needs them.
+struct Sequence {
+  unsigned char mask;
+  unsigned char mark;
+  int following;
+  std::uint32_t smallest;
+};
+constexpr Sequence kSequences[] = {
+    {0x80, 0x00, 0, 0}, {0xE0, 0xC0, 1, 0x80}, {0xF0, 0xE0, 2, 0x800}, {0xF8, 0xF0, 3, 0x10000}};
+
+[[noreturn]] void refuse(const std::string& title, const std::string& reason) {
+  throw failure("the title " + quotedName(title) + " " + reason);
+}
+
+/// The character at `position`, which moves behind it.
+std::uint32_t nextCharacter(const std::string& title, std::size_t& position) {
+  const auto first = static_cast<unsigned char>(title[position]);
+  for (const Sequence& sequence : kSequences) {
+    if ((first & sequence.mask) != sequence.mark) continue;
+    std::uint32_t character = first & static_cast<unsigned char>(~sequence.mask);
+    for (int i = 1; i <= sequence.following; ++i) {
+      const std::size_t at = position + static_cast<std::size_t>(i);
+      const auto byte = at < title.size() ? static_cast<unsigned char>(title[at]) : 0U;
+      if ((byte & 0xC0U) != 0x80U) refuse(title, "is no UTF-8 text");
+      character = character << 6U | (byte & 0x3FU);
+    }
+    const bool isSurrogate = character >= kSurrogates && character < kSurrogatesEnd;
+    if (character < sequence.smallest || isSurrogate) refuse(title, "is no UTF-8 text");
+    position += static_cast<std::size_t>(sequence.following) + 1;
+    return character;
+  }
+  refuse(title, "is no UTF-8 text");
+}
+
+std::string escape(std::uint32_t character) {
+  char text[sizeof("\\uXXXX")] = {};
+  std::snprintf(text, sizeof(text), "\\u%04x", character);
+  return text;
+}
+
+}  // namespace
+
+std::string escapedTitle(const std::string& title) {
+  std::string text;
+  for (std::size_t i = 0; i < title.size();) {
+    const std::uint32_t character = nextCharacter(title, i);
+    if (character < kFirstPrintable || character == kDelete) {
+      refuse(title, "must be one line without control characters");
+    }
+    if (character >= kEscapeEnd) refuse(title, "has a character that no launcher can show");
+    const bool isPlain = character < kAsciiEnd && character != '\\';
+    text += isPlain ? std::string(1, static_cast<char>(character)) : escape(character);
+  }
+  return text;
+}
+
+}  // namespace vessant

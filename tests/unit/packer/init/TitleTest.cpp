@@ -1,0 +1,48 @@
+// Titles: in ASCII, so that every user's launcher can show them in that user's encoding.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "packer/init/Title.h"
+#include "support/Thrown.h"
+
+namespace vessant::test {
+namespace {
+
+using testing::HasSubstr;
+
+std::string refusal(const std::string& title) {
+  return thrownMessage([&] { static_cast<void>(escapedTitle(title)); });
+}
+
+TEST(Title, AsciiStaysAsItIs) {
+  EXPECT_EQ(escapedTitle(""), "");
+  EXPECT_EQ(escapedTitle("It's \"5\" $ @a@ #b# %c% `d`~"), "It's \"5\" $ @a@ #b# %c% `d`~");
+}
+
+TEST(Title, OtherCharactersBecomeEscapes) {
+  EXPECT_EQ(escapedTitle("Grüße"), "Gr\\u00fc\\u00dfe");
+  EXPECT_EQ(escapedTitle("\xC2\x80"), "\\u0080");
+  EXPECT_EQ(escapedTitle("日本"), "\\u65e5\\u672c");
+  EXPECT_EQ(escapedTitle("\xEF\xBF\xBD"), "\\ufffd");
+}
+
+TEST(Title, ABackslashNeverBeginsAnEscape) {
+  EXPECT_EQ(escapedTitle("C:\\users"), "C:\\u005cusers");
+}
+
+TEST(Title, WhatIsNoUtf8IsRefused) {
+  const std::string flaws[] = {"\xFF",     "\x80",         "\xC3",         "a\xC3z",
+                               "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF0\x80\x80\xAF",
+                               "\xE6\x97"};
+  for (const std::string& title : flaws) EXPECT_THAT(refusal(title), HasSubstr("is no UTF-8 text"));
+}
+
+TEST(Title, ControlCharactersAndEmojiAreRefused) {
+  EXPECT_THAT(refusal("a\nb"), HasSubstr("must be one line without control characters"));
+  EXPECT_THAT(refusal("\x7F"), HasSubstr("must be one line without control characters"));
+  EXPECT_THAT(refusal("😀"), HasSubstr("has a character that no launcher can show"));
+}
+
+}  // namespace
+}  // namespace vessant::test
