@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdint>
 
+#include "launcher/base/Exceptions.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {
@@ -161,6 +162,10 @@ struct RunServices {
 
   void log(const SString& text, LogLevel level = LogLevel::Information) const {
     logSink.log(text, level);
+  }
+  /// Ends the operation with the catalogued text when the run is cancelled.
+  void throwIfCanceled() const {
+    if (cancelFlag.isSet()) throw LauncherException(messages.errorText(ErrorId::Canceled));
   }
 };
 

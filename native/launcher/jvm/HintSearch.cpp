@@ -76,6 +76,7 @@ std::unique_ptr<JVMMatch> HintSearch::byPlatformPath() {
 }
 
 bool HintSearch::begin(const char* kind) const {
+  search_.context.launch.services.throwIfCanceled();
   if (!namesProperties(jvm_, search_)) return false;
   search_.context.launch.services.log("Searching for " + jvm_.tag(jvmtag::kDescription) + kind);
   return true;

@@ -21,7 +21,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyOwnHome(JVMSearch& search) {
 }
 
 bool JVMFile::matchOutput(const SString& output, const StringPairPtrDeque& expected, LogSink& log) {
-  return matchesExpected(output, expected, log);
+  return readAnswer(output, expected, log).kind == JVMAnswer::Kind::Expected;
 }
 
 std::unique_ptr<JVMMatch> JVMFile::searchPlatformHints(JVMSearch& search) {

@@ -17,6 +17,7 @@ void JVMFiles::setVerificationClass(const SString& classPath, const SString& cla
 }
 
 void JVMFiles::find(JVMMatchPtrDeque& matches) {
+  const std::int32_t known = matches.count();
   begin();
   tryUserHome();
   const bool mayScan = !foundMatch_ && tryHints();
@@ -24,14 +25,15 @@ void JVMFiles::find(JVMMatchPtrDeque& matches) {
     stopAtFirst_ = true;
     searchWholeDisk(matches);
   }
-  if (foundMatch_) matches.add(std::make_unique<JVMMatch>(*foundMatch_));
+  finish(matches, known);
 }
 
 void JVMFiles::findAll(JVMMatchPtrDeque& matches, bool stopAtFirst) {
+  const std::int32_t known = matches.count();
   begin();
   stopAtFirst_ = stopAtFirst;
   searchWholeDisk(matches);
-  if (foundMatch_) matches.add(std::make_unique<JVMMatch>(*foundMatch_));
+  finish(matches, known);
 }
 
 std::unique_ptr<JVMMatch> JVMFiles::verify(JVMFile& jvmFile, const SString& home) {
@@ -47,7 +49,18 @@ const RunServices& JVMFiles::services() const {
 /// no fault of the candidate's.
 void JVMFiles::begin() {
   foundMatch_.reset();
+  search_.counts = {};
   prepareVerificationClass();
+}
+
+void JVMFiles::finish(JVMMatchPtrDeque& matches, std::int32_t known) {
+  services().throwIfCanceled();
+  if (foundMatch_) matches.add(std::make_unique<JVMMatch>(*foundMatch_));
+  if (matches.count() > known) return;
+  const CandidateCounts& counts = search_.counts;
+  services().log("JVM search: " + longToString(counts.candidates) + " candidates, " +
+                 longToString(counts.existed) + " existed, " + longToString(counts.ran) + " ran, " +
+                 longToString(counts.differed) + " differed");
 }
 
 void JVMFiles::prepareVerificationClass() {
@@ -102,6 +115,7 @@ void JVMFiles::searchWholeDisk(JVMMatchPtrDeque& matches) {
   ensureTrailingSeparator(root);
   FindFiles(services(), executables, *this, search_.context.launch.tempFiles.tempRootSetting())
       .navigate(root);
+  services().throwIfCanceled();  // a cancelled walk ends early
   if (!foundMatch_) verifyCollected(matches);
 }
 
@@ -116,7 +130,7 @@ void JVMFiles::verifyCollected(JVMMatchPtrDeque& matches) {
   services().log("Processing unverified matches.\n");
   for (const UnverifiedJVMMatch& candidates : unverified_) {
     for (const SString& home : candidates.homes) {
-      if (services().cancelFlag.isSet() || foundMatch_) return;
+      if (foundMatch_) return;
       std::unique_ptr<JVMMatch> match = candidates.jvmFile.verifyAt(home, search_);
       if (stopAtFirst_) {
         keep(match);

@@ -47,6 +47,9 @@ class JVMFiles : public FileFindListener {
     return search_.verificationClass;
   }
 
+  // A search logs at its end what became of its candidates, unless it found something. All three
+  // throw LauncherException when the run is cancelled.
+
   /// Looks for a JVM: at the home that the user named, then by the hints of each file and, where a
   /// file allows it, on the whole disk. Appends the match, if any.
   void find(JVMMatchPtrDeque& matches);
@@ -64,6 +67,7 @@ class JVMFiles : public FileFindListener {
  private:
   [[nodiscard]] const RunServices& services() const;
   void begin();
+  void finish(JVMMatchPtrDeque& matches, std::int32_t known);
   void prepareVerificationClass();
   void keep(const std::unique_ptr<JVMMatch>& match);
   void tryUserHome();

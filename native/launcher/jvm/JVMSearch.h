@@ -2,6 +2,9 @@
 // candidates are made to run.
 #pragma once
 
+#include <cstdint>
+
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {
@@ -18,6 +21,8 @@ struct JVMSearchContext {
   bool mediaSpanned = false;
   /// Where the whole-disk search and absolute path hints start.
   SString fileSystemRoot = "/";
+  /// What a candidate may use up. A Java that has not printed a few lines by then hangs.
+  ChildLimits candidateLimits = {.outputBytes = std::uint64_t{64} << 20, .seconds = 60};
 };
 
 /// The class that a candidate JVM runs to show what it is. Both texts go into a command line as
@@ -27,10 +32,19 @@ struct VerificationClass {
   SString className;
 };
 
+/// What became of the candidates of a search.
+struct CandidateCounts {
+  std::int32_t candidates = 0;
+  std::int32_t existed = 0;   // there was the file that should be the Java executable
+  std::int32_t ran = 0;       // it could be started
+  std::int32_t differed = 0;  // it answered, and was not the Java VM looked for
+};
+
 /// One search. Every candidate of it is verified with the same class; the context must outlive it.
 struct JVMSearch {
   const JVMSearchContext& context;
   VerificationClass verificationClass = {};
+  CandidateCounts counts = {};
 };
 
 }  // namespace vessant

@@ -1,8 +1,9 @@
 #include "launcher/jvm/JVMVerification.h"
 
+#include <unistd.h>
+
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/jvm/VerificationProtocol.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/launch/LaunchScript.h"
 #include "launcher/tagfile/JvmTagNames.h"
@@ -28,6 +29,11 @@ const char* reasonToSkip(const SString& home) {
   return nullptr;
 }
 
+/// Whether the file at `path` may be executed by this user.
+bool isProgram(const SString& path) {
+  return !isDirectory(path) && ::access(path.cString(), X_OK) == 0;
+}
+
 /// A class path in quotes goes into a quoted argument with its quotes doubled.
 SString asFunctionArgument(const SString& classPath) {
   const std::string_view text = classPath.view();
@@ -48,6 +54,7 @@ bool namesProperties(const JvmTags& jvm, const JVMSearch& search) {
 
 std::unique_ptr<JVMMatch> JVMVerification::verifyAt(const SString& home) {
   const RunServices& services = search_.context.launch.services;
+  services.throwIfCanceled();  // between two candidates
   if (!canBeTried(home)) return nullptr;
   const SString description = jvm_.tag(jvmtag::kDescription);
   services.progress.showSearchPhase(SearchPhase::Verifying, description);
@@ -58,6 +65,7 @@ std::unique_ptr<JVMMatch> JVMVerification::verifyAt(const SString& home) {
     services.progress.addProgressDots(kStepsOfMissingFile);
     return nullptr;
   }
+  ++search_.counts.existed;
   if (!run(home)) return nullptr;
   services.log("Found matching JVM at " + home);
   return std::make_unique<JVMMatch>(home, jvm_.tags());
@@ -66,6 +74,7 @@ std::unique_ptr<JVMMatch> JVMVerification::verifyAt(const SString& home) {
 bool JVMVerification::canBeTried(const SString& home) const {
   if (home.isEmpty() || jvm_.tag(jvmtag::kExecutable).isEmpty()) return false;
   if (!namesProperties(jvm_, search_)) return false;
+  ++search_.counts.candidates;
   const char* reason = reasonToSkip(absolutePath(home));
   if (reason == nullptr) return true;
   search_.context.launch.services.log("Skipping JVM at " + home + ": " + reason, LogLevel::Warning);
@@ -80,10 +89,30 @@ bool JVMVerification::run(const SString& home) {
   StringPairPtrDeque expected;
   readExpectedProperties(jvm_.tags(), expected, services.logSink);
   LaunchScript script(commandFor(directory, expected), true, false, search_.context.launch);
-  script.execute(jvm_, nullptr, false);
-  const bool matches = matchesExpected(script.standardOutput(), expected, services.logSink);
+  const ChildResult end = script.executeLimited(jvm_, search_.context.candidateLimits);
+  services.throwIfCanceled();  // whoever ends the run ends the candidate, too
+  JVMAnswer answer;
+  if (end.end == ChildEnd::Exited) {
+    answer = readAnswer(script.standardOutput(), expected, services.logSink);
+  }
   services.progress.addProgressDots(kStepsOfRun);
-  return matches;
+  const SString reason = reasonToRefuse(end, answer);
+  if (!reason.isEmpty()) services.log("Refused JVM at " + home + ": " + reason);
+  return reason.isEmpty();
+}
+
+/// Empty when there is none. The exit status alone is none: the answer counts.
+SString JVMVerification::reasonToRefuse(const ChildResult& end, const JVMAnswer& answer) {
+  const SString path = joinPath(jvm_.tag(jvmtag::kHome), jvm_.tag(jvmtag::kExecutable));
+  const bool isBroken = answer.kind == JVMAnswer::Kind::NoMagicLine;
+  if (isBroken && end.end == ChildEnd::Exited && !isProgram(path)) return "not executable";
+  ++search_.counts.ran;
+  if (end.end == ChildEnd::TimeLimit) return "too slow";
+  if (end.end == ChildEnd::OutputLimit) return "too much output";
+  if (isBroken && end.exitCode != 0) return "ended with status " + longToString(end.exitCode);
+  if (isBroken) return "no magic line";
+  if (answer.kind == JVMAnswer::Kind::Different) ++search_.counts.differed;
+  return answer.difference;
 }
 
 SString JVMVerification::commandFor(const SString& home, const StringPairPtrDeque& expected) const {

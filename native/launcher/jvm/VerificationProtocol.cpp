@@ -11,11 +11,18 @@ namespace {
 
 constexpr std::string_view kMagicLine = "1739021872";
 constexpr std::string_view kPrefixMark = "...";
+/// A candidate that is no Java may answer with anything: the log gets so much of a line.
+constexpr SString::Size kLongestShown = 200;
 
 bool satisfies(const SString& line, const SString& expected) {
   const SString::Size prefixLength = endsWith(expected, kPrefixMark);
   if (prefixLength == SString::npos) return line == expected;
   return line.view().substr(0, prefixLength) == expected.view().substr(0, prefixLength);
+}
+
+SString difference(const StringPair& property, const SString& line) {
+  const SString shown = line.isEmpty() ? SString("empty") : line.substr(0, kLongestShown);
+  return property.name + " is " + shown + ", wanted " + property.value;
 }
 
 /// Moves behind the magic line; false, with an error in the log, when there is none.
@@ -49,16 +56,17 @@ void readExpectedProperties(const TagFile& tags, StringPairPtrDeque& expected, L
   }
 }
 
-bool matchesExpected(const SString& output, const StringPairPtrDeque& expected, LogSink& log) {
+JVMAnswer readAnswer(const SString& output, const StringPairPtrDeque& expected, LogSink& log) {
   SString::Size position = 0;
-  if (!skipToValues(output, position, log)) return false;
+  if (!skipToValues(output, position, log)) return {JVMAnswer::Kind::NoMagicLine};
   for (const StringPair& property : expected) {
-    if (position >= output.length()) return true;
+    if (position >= output.length()) break;
     SString line;
     readLine(output, position, line);
-    if (!satisfies(line, property.value)) return false;
+    if (satisfies(line, property.value)) continue;
+    return {JVMAnswer::Kind::Different, difference(property, line)};
   }
-  return true;
+  return {};
 }
 
 }  // namespace vessant

@@ -15,10 +15,19 @@ namespace vessant {
 /// "=" is logged and left out.
 void readExpectedProperties(const TagFile& tags, StringPairPtrDeque& expected, LogSink& log);
 
-/// Whether `output` holds the magic line and, after it, the expected values. Output that ends early
-/// is accepted. Kept: older verification classes print fewer lines. Output without the magic line
-/// is logged as an error.
-[[nodiscard]] bool matchesExpected(const SString& output, const StringPairPtrDeque& expected,
+/// What a candidate answered.
+struct JVMAnswer {
+  enum class Kind { Expected, Different, NoMagicLine };
+
+  Kind kind = Kind::Expected;
+  /// The first property that differs, on one line: "java.version is 1.8.0_292, wanted 17...".
+  SString difference = {};
+};
+
+/// Looks for the magic line in `output` and, after it, for the expected values. Output that ends
+/// early is as expected. Kept: older verification classes print fewer lines. Output without the
+/// magic line is logged as an error.
+[[nodiscard]] JVMAnswer readAnswer(const SString& output, const StringPairPtrDeque& expected,
                                    LogSink& log);
 
 }  // namespace vessant

@@ -14,6 +14,7 @@ namespace {
 constexpr const char* kJavaHome = "JAVA_HOME";
 constexpr char kFunctionDelimiter = '%';
 constexpr char kEnvironmentDelimiter = '#';
+constexpr SString::Size kMostOfEndlessOutput = 64 << 10;
 
 /// Each argument reaches the command line in double quotes.
 void appendArguments(SString& command, const StringDeque& arguments) {
@@ -94,21 +95,37 @@ SString LaunchScript::resolveCommand(JvmTags& jvm) {
 
 std::int32_t LaunchScript::execute(JvmTags& jvm, const StringDeque* passThroughArguments,
                                    bool javaConsole) {
-  Platform& platform = context_.services.platform;
-  SString command = resolveCommand(jvm);
-  const SString directory = workingDirectory();
-  if (passThroughArguments != nullptr) appendArguments(command, *passThroughArguments);
-  context_.services.log("Executing launch script command: " + command +
-                        (autoSetWorkingDir_ ? " in working directory " + directory
-                                            : SString(" in current working directory")));
-  const SString savedJavaHome = platform.getEnvironmentVariable(kJavaHome);
-  platform.setEnvironmentVariable(kJavaHome, jvm.tag(jvmtag::kHome));
+  ChildCommand child;
+  child.runInBackground = displayConsole_ || javaConsole;
+  child.captureOutput = captureOutput_ && !child.runInBackground;
+  return executeAs(jvm, passThroughArguments, std::move(child)).exitCode;
+}
+
+ChildResult LaunchScript::executeLimited(JvmTags& jvm, const ChildLimits& limits) {
+  ChildCommand child;
+  child.captureOutput = captureOutput_;
+  child.emptyInput = true;
+  child.limits = limits;
+  return executeAs(jvm, nullptr, std::move(child));
+}
+
+ChildResult LaunchScript::executeAs(JvmTags& jvm, const StringDeque* passThroughArguments,
+                                    ChildCommand child) {
+  const RunServices& services = context_.services;
+  services.throwIfCanceled();  // a cancelled run starts nothing more
+  child.command = resolveCommand(jvm);
+  child.workingDirectory = workingDirectory();
+  if (passThroughArguments != nullptr) appendArguments(child.command, *passThroughArguments);
+  services.log("Executing launch script command: " + child.command +
+               (autoSetWorkingDir_ ? " in working directory " + child.workingDirectory
+                                   : SString(" in current working directory")));
+  const SString savedJavaHome = services.platform.getEnvironmentVariable(kJavaHome);
+  services.platform.setEnvironmentVariable(kJavaHome, jvm.tag(jvmtag::kHome));
   if (isWizardMode(context_.modeByte.ownModeByte())) applyWizardEnvironment(jvm);
-  const bool console = displayConsole_ || javaConsole;
-  const std::int32_t status = runCommand(command, directory, console);
-  platform.setEnvironmentVariable(kJavaHome, savedJavaHome);
-  if (!console && captureOutput_) logOutput();
-  return status;
+  const ChildResult result = runCommand(child);
+  services.platform.setEnvironmentVariable(kJavaHome, savedJavaHome);
+  if (child.captureOutput) logOutput(result.end);
+  return result;
 }
 
 void LaunchScript::handleMacro(MacroText& text, char delimiter, SString::Size end) {
@@ -158,20 +175,19 @@ void LaunchScript::applyWizardEnvironment(const JvmTags& jvm) const {
   for (const SString& setting : *settings) applySetting(setting, context_.services.platform);
 }
 
-std::int32_t LaunchScript::runCommand(const SString& command, const SString& directory,
-                                      bool console) {
-  ChildCommand child{.command = command, .workingDirectory = directory};
-  child.runInBackground = console;
-  child.captureOutput = captureOutput_ && !console;
+ChildResult LaunchScript::runCommand(ChildCommand& child) {
   child.redirectChildOutput = true;
   child.stdoutText = &standardOutput_;
   child.stderrText = &standardError_;
-  return context_.services.platform.executeCommand(child, context_.services.progress).exitCode;
+  return context_.services.platform.executeCommand(child, context_.services.progress);
 }
 
-void LaunchScript::logOutput() const {
-  const SString lines[] = {"Output from the launch script execution", "StdOut:", standardOutput_,
-                           "ErrOut:", standardError_};
+/// Of a program that was ended because it wrote without end, the beginning tells enough.
+void LaunchScript::logOutput(ChildEnd end) const {
+  const SString::Size most = end == ChildEnd::OutputLimit ? kMostOfEndlessOutput : SString::npos;
+  const SString lines[] = {"Output from the launch script execution",
+                           "StdOut:", standardOutput_.substr(0, most),
+                           "ErrOut:", standardError_.substr(0, most)};
   for (const SString& line : lines) context_.services.log(line);
 }
 

@@ -37,6 +37,10 @@ class LaunchScript : public MacroHandler {
   /// back, unless the program could not be started at all.
   std::int32_t execute(JvmTags& jvm, const StringDeque* passThroughArguments, bool javaConsole);
 
+  /// The same for a program that the launcher runs for itself: without arguments, reading from an
+  /// empty input, and ended with all its children when it goes beyond a limit.
+  ChildResult executeLimited(JvmTags& jvm, const ChildLimits& limits);
+
   /// Resolves % and # macros; only during resolveCommand.
   void handleMacro(MacroText& text, char delimiter, SString::Size end) override;
 
@@ -48,8 +52,9 @@ class LaunchScript : public MacroHandler {
  private:
   [[nodiscard]] SString workingDirectory() const;
   void applyWizardEnvironment(const JvmTags& jvm) const;
-  std::int32_t runCommand(const SString& command, const SString& directory, bool console);
-  void logOutput() const;
+  ChildResult executeAs(JvmTags& jvm, const StringDeque* passThroughArguments, ChildCommand child);
+  ChildResult runCommand(ChildCommand& child);
+  void logOutput(ChildEnd end) const;
   void handleFunction(MacroText& text, SString::Size end);
   [[nodiscard]] SString expandArchive(const MacroText& text);
 
