@@ -11,15 +11,19 @@
 namespace {
 
 using vessant::TagFile;
+using vessant::TagTable;
 
 void checkSame(const TagFile& a, const TagFile& b) {
-  if (a.entries().count() != b.entries().count()) std::abort();
-  for (std::int32_t i = 0; i < a.entries().count(); ++i) {
-    const vessant::TagFileEntry& left = *a.entries().get(i);
-    const vessant::TagFileEntry& right = *b.entries().get(i);
-    if (!(left.name == right.name) || left.values.count() != right.values.count()) std::abort();
-    for (std::int32_t j = 0; j < left.values.count(); ++j) {
-      if (!(left.values.get(j) == right.values.get(j))) std::abort();
+  const TagTable& left = a.tags();
+  const TagTable& right = b.tags();
+  if (left.count() != right.count()) std::abort();
+  TagTable::Place i = TagTable::kNowhere;
+  TagTable::Place j = TagTable::kNowhere;
+  while ((i = left.next(i)) != TagTable::kNowhere && (j = right.next(j)) != TagTable::kNowhere) {
+    const std::int32_t count = left.valueCount(i);
+    if (left.name(i) != right.name(j) || count != right.valueCount(j)) std::abort();
+    for (std::int32_t k = 0; k < count; ++k) {
+      if (left.value(i, k) != right.value(j, k)) std::abort();
     }
   }
 }

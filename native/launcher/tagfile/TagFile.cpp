@@ -1,12 +1,11 @@
 #include "launcher/tagfile/TagFile.h"
 
-#include <memory>
-
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Handles.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/tagfile/JvmTagNames.h"
 #include "launcher/tagfile/TagFileParser.h"
+#include "launcher/tagfile/TagFileWriter.h"
 
 namespace vessant {
 
@@ -19,24 +18,23 @@ TagFile::TagFile(const SString& path, LogSink& log) {
 void TagFile::load(std::FILE* stream, const SString& sourceName, std::uint32_t offset,
                    std::int64_t length, LogSink& log) {
   sourceName_ = sourceName;
-  TagFileParser parser(stream, sourceName_, lineNumber_, log);
-  parser.parse(offset, length, entries_);
+  TagFileParser(stream, sourceName_, lineNumber_, tags_, log).parse(offset, length);
   complete_ = true;
 }
 
 const StringDeque* TagFile::findValues(std::string_view name) const {
-  const TagFileEntry* entry = find(name);
-  return entry == nullptr ? nullptr : &entry->values;
+  const TagTable::Place place = tags_.find(name);
+  return place == TagTable::kNowhere ? nullptr : &tags_.values(place);
 }
 
 SString TagFile::getValue(std::string_view name, std::int32_t index) const {
-  const StringDeque* values = findValues(name);
-  return values == nullptr ? SString() : values->get(index);
+  const TagTable::Place place = tags_.find(name);
+  return place == TagTable::kNowhere ? SString() : SString(tags_.value(place, index));
 }
 
 std::int32_t TagFile::getValueCount(std::string_view name) const {
-  const StringDeque* values = findValues(name);
-  return values == nullptr ? 0 : values->count();
+  const TagTable::Place place = tags_.find(name);
+  return place == TagTable::kNowhere ? 0 : tags_.valueCount(place);
 }
 
 bool TagFile::getBoolean(std::string_view name, bool fallback) const {
@@ -45,14 +43,14 @@ bool TagFile::getBoolean(std::string_view name, bool fallback) const {
 }
 
 void TagFile::setValue(const SString& name, const SString& value) {
-  StringDeque& values = findOrAdd(name).values;
+  StringDeque& values = tags_.values(tags_.findOrAdd(name));
   if (values.isEmpty()) return values.add(value);
   values.set(0, value);  // first: `value` may be one of those that go
   while (values.count() > 1) values.removeLast();
 }
 
 void TagFile::addValue(const SString& name, const SString& value) {
-  findOrAdd(name).values.add(value);
+  tags_.values(tags_.findOrAdd(name)).add(value);
 }
 
 void TagFile::setBoolean(const SString& name, bool flag) {
@@ -66,23 +64,12 @@ void TagFile::setJvmTags(const SString& jvmHome, const SString& jvmFile, bool te
 }
 
 void TagFile::removeTag(std::string_view name) {
-  for (std::int32_t i = 0; i < entries_.count(); ++i) {
-    if (entries_.get(i)->name == name) return entries_.removeAt(i);
-  }
+  const TagTable::Place place = tags_.find(name);
+  if (place != TagTable::kNowhere) tags_.remove(place);
 }
 
-TagFileEntry* TagFile::find(std::string_view name) const {
-  for (TagFileEntry& entry : entries_) {
-    if (entry.name == name) return &entry;
-  }
-  return nullptr;
-}
-
-TagFileEntry& TagFile::findOrAdd(const SString& name) {
-  TagFileEntry* entry = find(name);
-  if (entry != nullptr) return *entry;
-  entries_.add(std::make_unique<TagFileEntry>(name));
-  return *entries_.getLast();
+void TagFile::save(const SString& path) const {
+  writeTagFile(tags_, path);
 }
 
 }  // namespace vessant

@@ -19,7 +19,7 @@
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/tagfile/TagFileEntry.h"
+#include "launcher/tagfile/TagTable.h"
 
 namespace vessant {
 
@@ -36,7 +36,9 @@ class TagFile {
   virtual ~TagFile() = default;
 
   /// Reads the tags that begin within `length` bytes from `offset` of a stream (or up to its end).
-  /// A block that begins there is read on to its end. `sourceName` stands in error messages.
+  /// A block that begins there is read on to its end. `sourceName` stands in error messages. What
+  /// was read before stays, unless it is defined anew; and what stands in front of an error is
+  /// there when the error is thrown.
   void load(std::FILE* stream, const SString& sourceName, std::uint32_t offset, std::int64_t length,
             LogSink& log);
 
@@ -57,11 +59,11 @@ class TagFile {
   void setJvmTags(const SString& jvmHome, const SString& jvmFile, bool temporary);
   void removeTag(std::string_view name);
 
-  /// Writes the file in the form that reading it gives back. When it cannot be created nothing is
-  /// written; when it cannot be written whole it is removed. Neither raises an error.
+  /// Writes the file in the form that reading it gives back. A failure raises no error and leaves
+  /// no part of a file behind.
   void save(const SString& path) const;
 
-  [[nodiscard]] const TagFileEntryPtrDeque& entries() const { return entries_; }
+  [[nodiscard]] const TagTable& tags() const { return tags_; }
   /// The path or the embedded name that the tags were read from.
   [[nodiscard]] const SString& sourceName() const { return sourceName_; }
   [[nodiscard]] std::int32_t lineNumber() const { return lineNumber_; }
@@ -69,10 +71,7 @@ class TagFile {
   [[nodiscard]] bool isComplete() const { return complete_; }
 
  private:
-  [[nodiscard]] TagFileEntry* find(std::string_view name) const;
-  TagFileEntry& findOrAdd(const SString& name);
-
-  TagFileEntryPtrDeque entries_;
+  TagTable tags_;
   bool complete_ = false;
   std::int32_t lineNumber_ = 0;
   SString sourceName_;

@@ -3,45 +3,45 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/tagfile/TagFileEntry.h"
+#include "launcher/tagfile/TagTable.h"
 
 namespace vessant {
 
 class TagFileParser {
  public:
-  /// `lineNumber` counts the lines read. All four must outlive the parser.
+  /// `lineNumber` counts the lines read. What is found goes into `tags`. All must outlive the
+  /// parser.
   TagFileParser(std::FILE* stream, const SString& sourceName, std::int32_t& lineNumber,
-                LogSink& log)
-      : stream_(stream), sourceName_(sourceName), lineNumber_(lineNumber), log_(log) {}
+                TagTable& tags, LogSink& log)
+      : stream_(stream), sourceName_(sourceName), lineNumber_(lineNumber), tags_(tags), log_(log) {}
 
-  /// Reads from `offset` on and appends the tags to `entries`. Throws LauncherException at the
-  /// first error.
-  void parse(std::uint32_t offset, std::int64_t length, TagFileEntryPtrDeque& entries);
+  /// Reads from `offset` on. Throws LauncherException at the first error; the tags in front of it
+  /// are there then.
+  void parse(std::uint32_t offset, std::int64_t length);
 
  private:
-  void readLine(SString& line);
-  [[nodiscard]] bool isWithin(std::int64_t end) const;
-  void parseTag(const SString& line);
-  void parseBlock(std::unique_ptr<TagFileEntry> entry);
-  void keep(std::unique_ptr<TagFileEntry> entry);
-  void forget(std::string_view name);
+  void load(std::int64_t length);
+  bool loadMore(std::size_t count);
+  [[nodiscard]] std::string_view nextLine();
+  void parseTag(std::string_view line);
+  void parseBlock(std::string_view name);
+  [[nodiscard]] TagTable::Part partOf(std::string_view piece) const;
+  [[nodiscard]] TagTable::Part valueFrom(std::string_view line, std::size_t start);
+  void removeKnown(std::string_view name);
   [[noreturn]] void syntaxError(const char* text, std::int32_t lineNumber) const;
 
   std::FILE* stream_;
   const SString& sourceName_;
   std::int32_t& lineNumber_;
+  TagTable& tags_;
   LogSink& log_;
+  std::size_t position_ = 0;  // of the next line in the table's text
+  bool streamEnded_ = false;
   bool atEnd_ = false;
-  // Tags in their order; a redefined one leaves an empty place behind, so that nothing moves.
-  std::vector<std::unique_ptr<TagFileEntry>> found_;
-  std::unordered_map<std::string_view, std::size_t> placeOf_;
 };
 
 }  // namespace vessant

@@ -1,12 +1,14 @@
-// The written form of a tag file.
+#include "launcher/tagfile/TagFileWriter.h"
 
 #include <cstdio>
 #include <string_view>
 #include <utility>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "launcher/base/Handles.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/tagfile/TagFile.h"
 
 namespace vessant {
 namespace {
@@ -15,30 +17,32 @@ constexpr std::string_view kBlockEnd = "/:";
 
 /// Quotes keep what a plain value would lose: blanks at its ends, its quotes, its being empty, or
 /// its being a value where it looks like the end of the block that it stands in.
-bool needsQuotes(const SString& value, bool isBlock) {
-  return value.isEmpty() || isSpaceChar(value.at(0)) || isSpaceChar(value.at(value.length() - 1)) ||
-         value.find('"') != SString::npos || (isBlock && value == kBlockEnd);
+bool needsQuotes(std::string_view value, bool isBlock) {
+  return value.empty() || isSpaceChar(value.front()) || isSpaceChar(value.back()) ||
+         value.find('"') != std::string_view::npos || (isBlock && value == kBlockEnd);
 }
 
 void write(std::FILE* file, std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), file);  // a failure marks the stream
 }
 
-void writeQuoted(std::FILE* file, const SString& value) {
+void writeQuoted(std::FILE* file, std::string_view value) {
   write(file, "\"");
-  for (const char& character : value.view()) {
+  for (const char& character : value) {
     if (character == '"') write(file, "\"");
     write(file, {&character, 1});
   }
   write(file, "\"");
 }
 
-void writeEntry(std::FILE* file, const TagFileEntry& entry) {
-  if (entry.values.isEmpty()) return;
-  const bool isBlock = entry.values.count() > 1;
-  write(file, entry.name);
+void writeTag(std::FILE* file, const TagTable& tags, TagTable::Place place) {
+  const std::int32_t count = tags.valueCount(place);
+  if (count == 0) return;
+  const bool isBlock = count > 1;
+  write(file, tags.name(place));
   write(file, isBlock ? ":\n" : ":");
-  for (const SString& value : entry.values) {
+  for (std::int32_t i = 0; i < count; ++i) {
+    const std::string_view value = tags.value(place, i);
     write(file, "  ");
     if (needsQuotes(value, isBlock)) {
       writeQuoted(file, value);
@@ -52,19 +56,33 @@ void writeEntry(std::FILE* file, const TagFileEntry& entry) {
   write(file, "\n");
 }
 
-/// Closes the file; returns whether all of it was written.
-bool finish(StdFile file) {
-  const bool whole = std::ferror(file.get()) == 0;
-  return std::fclose(file.release()) == 0 && whole;
+/// Whether the path itself, and no link at it, names the open file.
+bool namesFile(const SString& path, const struct stat& file) {
+  struct stat named = {};
+  return ::lstat(path.cString(), &named) == 0 && named.st_dev == file.st_dev &&
+         named.st_ino == file.st_ino;
+}
+
+/// Nothing more can be done about a file that can be neither removed nor emptied.
+void removeCutFile(std::FILE* file, const SString& path) {
+  struct stat status = {};
+  if (::fstat(::fileno(file), &status) != 0 || !S_ISREG(status.st_mode)) return;
+  if (namesFile(path, status)) {
+    std::remove(path.cString());
+  } else {
+    static_cast<void>(!::ftruncate(::fileno(file), 0));
+  }
 }
 
 }  // namespace
 
-void TagFile::save(const SString& path) const {
-  StdFile file = openFile(path, OpenMode::Write);
+void writeTagFile(const TagTable& tags, const SString& path) {
+  const StdFile file = openFile(path, OpenMode::Write);
   if (file == nullptr) return;
-  for (const TagFileEntry& entry : entries_) writeEntry(file.get(), entry);
-  if (!finish(std::move(file))) std::remove(path.cString());
+  TagTable::Place place = TagTable::kNowhere;
+  while ((place = tags.next(place)) != TagTable::kNowhere) writeTag(file.get(), tags, place);
+  const bool isWhole = std::fflush(file.get()) == 0 && std::ferror(file.get()) == 0;
+  if (!isWhole) removeCutFile(file.get(), path);
 }
 
 }  // namespace vessant

@@ -129,7 +129,7 @@ TEST_F(TagFileChange, SetsTheTagsOfAJavaVm) {
   EXPECT_EQ(file.getValue("JVM_HOME"), "/home");
   EXPECT_EQ(file.getValue("JVM_FILE"), "file");
   EXPECT_EQ(file.getValue("JVM_TEMP"), "0");
-  EXPECT_EQ(file.entries().count(), 5);
+  EXPECT_EQ(file.tags().count(), 5);
 }
 
 TEST_F(TagFileChange, RemovesATagWithItsValues) {
@@ -140,7 +140,7 @@ TEST_F(TagFileChange, RemovesATagWithItsValues) {
 
 TEST_F(TagFileChange, RemovesNothingForAnUnknownName) {
   file.removeTag("list");
-  EXPECT_EQ(file.entries().count(), 2);
+  EXPECT_EQ(file.tags().count(), 2);
 }
 
 TEST_F(TagFileChange, MakesRemovedTagsAnewAtTheEnd) {

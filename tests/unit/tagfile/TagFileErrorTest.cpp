@@ -94,6 +94,17 @@ TEST_F(TagFileErrors, StopAtTheFirst) {
   EXPECT_EQ(log.lines().size(), 1U);
 }
 
+// They are the owner's, who may look at them or clear them away.
+TEST_F(TagFileErrors, KeepTheTagsInFrontOfThem) {
+  EXPECT_NE(thrownMessage([&] { read("A: 1\nL:\na\n/:\nbad\nB: 2\n"); }), "");
+  EXPECT_EQ(tagsOf(file), (Tags{{"A", {"1"}}, {"L", {"a"}}}));
+}
+
+TEST_F(TagFileErrors, KeepNoTagWhoseBlockHasNoEnd) {
+  EXPECT_NE(thrownMessage([&] { read("A: 1\nL:\na\n"); }), "");
+  EXPECT_EQ(tagsOf(file), (Tags{{"A", {"1"}}}));
+}
+
 TEST_F(TagFileErrors, NameThePathOfAFile) {
   const std::string path = tree.file("bad.tag", "bad\n");
   EXPECT_EQ(thrownMessage([&] { TagFile(SString(path), log); }),
@@ -131,7 +142,7 @@ TEST_F(TagFileErrors, RefuseAStreamWithoutPositions) {
 TEST_F(TagFileErrors, TakeADirectoryForAnEmptyFile) {
   const TagFile directory(SString(tree.dir("directory")), log);
   EXPECT_TRUE(directory.isComplete());
-  EXPECT_EQ(directory.entries().count(), 0);
+  EXPECT_EQ(directory.tags().count(), 0);
 }
 
 }  // namespace

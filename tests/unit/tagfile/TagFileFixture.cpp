@@ -6,10 +6,14 @@ namespace vessant::test {
 
 Tags tagsOf(const TagFile& file) {
   Tags tags;
-  for (const TagFileEntry& entry : file.entries()) {
+  const TagTable& table = file.tags();
+  TagTable::Place place = TagTable::kNowhere;
+  while ((place = table.next(place)) != TagTable::kNowhere) {
     std::vector<std::string> values;
-    for (const SString& value : entry.values) values.push_back(str(value));
-    tags.emplace_back(str(entry.name), std::move(values));
+    for (std::int32_t i = 0; i < table.valueCount(place); ++i) {
+      values.emplace_back(table.value(place, i));
+    }
+    tags.emplace_back(table.name(place), std::move(values));
   }
   return tags;
 }

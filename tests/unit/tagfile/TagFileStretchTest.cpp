@@ -32,7 +32,7 @@ TEST_F(TagFileStretch, ReadsNoLineThatBeginsAtItsEnd) {
 
 TEST_F(TagFileStretch, IsEmptyWithoutLength) {
   readStretch("A: 1\n", 0, 0);
-  EXPECT_EQ(file.entries().count(), 0);
+  EXPECT_EQ(file.tags().count(), 0);
   EXPECT_EQ(file.lineNumber(), 0);
   EXPECT_TRUE(file.isComplete());
 }
@@ -59,7 +59,7 @@ TEST_F(TagFileStretch, EndsWithTheFileWhenThatIsShorter) {
 
 TEST_F(TagFileStretch, IsEmptyBeyondTheEndOfTheFile) {
   readStretch("A: 1\n", 0xFFFFFFFF, 0xFFFFFFFF);
-  EXPECT_EQ(file.entries().count(), 0);
+  EXPECT_EQ(file.tags().count(), 0);
   EXPECT_TRUE(file.isComplete());
 }
 
@@ -68,10 +68,53 @@ TEST_F(TagFileStretch, CountsItsOwnLines) {
   EXPECT_EQ(file.lineNumber(), 5);
 }
 
+TEST_F(TagFileStretch, ReadsALineAndABlockFarPastItsLength) {
+  const std::string longValue(200'000, 'v');
+  const std::string text = "L:\na\n" + longValue + "\nb\n/:\nM: 1\n";
+  readStretch(text, 0, 4);
+  EXPECT_EQ(tagsOf(file), (Tags{{"L", {"a", longValue, "b"}}}));
+  readStretch("X: " + longValue + "\nM: 1\n", 0, 2);
+  EXPECT_EQ(file.getValue("X"), longValue.c_str());
+}
+
+class TagFileTwice : public TagFileFixture {};
+
+TEST_F(TagFileTwice, KeepsWhatIsNotDefinedAnew) {
+  read("A: 1\nB: 2\nC: 3\n");
+  read("D: 4\nB:\nx\ny\n/:\n");
+  EXPECT_EQ(tagsOf(file), (Tags{{"A", {"1"}}, {"C", {"3"}}, {"D", {"4"}}, {"B", {"x", "y"}}}));
+}
+
+TEST_F(TagFileTwice, FindsTheLastDefinitionAlone) {
+  read("A: 1\n");
+  file.addValue("A", "changed");
+  read("A: 2\n");
+  EXPECT_EQ(file.getValue("A"), "2");
+  EXPECT_EQ(file.getValueCount("A"), 1);
+  EXPECT_EQ(file.tags().count(), 1);
+}
+
+TEST_F(TagFileTwice, AnEmptyBlockRemovesTheTag) {
+  read("A: 1\nB: 2\n");
+  read("A:\n/:\n");
+  EXPECT_EQ(tagsOf(file), (Tags{{"B", {"2"}}}));
+}
+
+TEST_F(TagFileTwice, KeepsValuesThatWereHandedOut) {
+  read("A: 1\nB: 2\n");
+  const StringDeque* values = file.findValues("A");
+  std::string more;
+  for (int i = 0; i < 1000; ++i) more += "T" + std::to_string(i) + ": value\n";
+  read(more);
+  file.setValue("B", "3");
+  EXPECT_EQ(file.findValues("A"), values);
+  EXPECT_EQ(values->get(0), "1");
+}
+
 class TagFileState : public TagFileFixture {};
 
 TEST_F(TagFileState, IsEmptyAtFirst) {
-  EXPECT_EQ(file.entries().count(), 0);
+  EXPECT_EQ(file.tags().count(), 0);
   EXPECT_EQ(file.lineNumber(), 0);
   EXPECT_EQ(file.sourceName(), "");
   EXPECT_FALSE(file.isComplete());

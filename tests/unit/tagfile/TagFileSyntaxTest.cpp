@@ -108,9 +108,9 @@ TEST_F(TagFileSyntax, ReadsManyDistinctTags) {
   std::string text;
   for (int i = 0; i < kCount; ++i) text += "TAG_" + std::to_string(i) + ": x\n";
   read(text);
-  ASSERT_EQ(file.entries().count(), kCount);
-  EXPECT_EQ(file.entries().get(0)->name, "TAG_0");
-  EXPECT_EQ(file.entries().getLast()->name, "TAG_99999");
+  ASSERT_EQ(file.tags().count(), kCount);
+  EXPECT_EQ(tagsOf(file).front().first, "TAG_0");
+  EXPECT_EQ(tagsOf(file).back().first, "TAG_99999");
   EXPECT_EQ(file.lineNumber(), kCount + 1);
 }
 

@@ -1,8 +1,11 @@
 // The written form of a tag file.
 
+#include <csignal>
 #include <string>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include "TagFileFixture.h"
@@ -122,13 +125,64 @@ TEST_F(TagFileWriter, KeepsQuietWhenTheDirectoryIsReadOnly) {
   EXPECT_TRUE(tree.list("locked").empty());
 }
 
+/// Lets files grow to a few bytes while it lives.
+class FullDisk {
+ public:
+  FullDisk() {
+    ::getrlimit(RLIMIT_FSIZE, &previous_);
+    rlimit few = previous_;
+    few.rlim_cur = 4;
+    ::setrlimit(RLIMIT_FSIZE, &few);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &previous_);
+    ::signal(SIGXFSZ, handler_);
+  }
+
+ private:
+  rlimit previous_ = {};
+  sighandler_t handler_ = ::signal(SIGXFSZ, SIG_IGN);
+};
+
 // A cut tag file could pass for a whole one.
 TEST_F(TagFileWriter, LeavesNoCutFileOnAFullDisk) {
+  file.setValue("A", "a long value");
+  {
+    const FullDisk full;
+    file.save(SString(tree.path("full.tag")));
+  }
+  EXPECT_TRUE(tree.list().empty());
+}
+
+TEST_F(TagFileWriter, EmptiesACutFileBehindALinkAndLeavesTheLink) {
+  const std::string path = tree.file("file.tag", "A: old\n");
+  tree.link("link.tag", path);
+  file.setValue("A", "a long value");
+  {
+    const FullDisk full;
+    file.save(SString(tree.path("link.tag")));
+  }
+  EXPECT_EQ(tree.list().size(), 2U);
+  EXPECT_EQ(readFile(path), "");
+}
+
+TEST_F(TagFileWriter, LeavesADeviceThatTakesNothingWhereItIs) {
+  const std::string device = tree.path("full");
+  // The numbers of /dev/full.
+  if (::mknod(device.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) GTEST_SKIP() << "no devices";
+  file.setValue("A", "1");
+  file.save(SString(device));
+  EXPECT_EQ(tree.list(), std::vector<std::string>{"full"});
+}
+
+TEST_F(TagFileWriter, LeavesALinkToADeviceWhereItIs) {
   if (::access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full here";
   tree.link("full.tag", "/dev/full");
   file.setValue("A", "1");
   file.save(SString(tree.path("full.tag")));
-  EXPECT_TRUE(tree.list().empty());
+  EXPECT_EQ(tree.list(), std::vector<std::string>{"full.tag"});
 }
 
 }  // namespace

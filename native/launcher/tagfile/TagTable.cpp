@@ -1,0 +1,111 @@
+#include "launcher/tagfile/TagTable.h"
+
+#include <functional>
+
+namespace vessant {
+namespace {
+
+constexpr std::size_t kFirstSlots = 16;
+constexpr std::int32_t kRemoved = -1;
+
+}  // namespace
+
+void TagTable::begin(Part name) {
+  Tag tag;
+  tag.name = name;
+  tag.firstPart = static_cast<std::uint32_t>(parts_.size());
+  tags_.push_back(std::move(tag));
+  enter(tags_.size() - 1);
+}
+
+void TagTable::addPart(Part value) {
+  parts_.push_back(value);
+  ++tags_.back().partCount;
+}
+
+TagTable::Place TagTable::find(std::string_view name) const {
+  if (slots_.empty()) return kNowhere;
+  const std::uint32_t entry = slots_[slotOf(name)];
+  return entry == 0 || isRemoved(entry - 1) ? kNowhere : entry - 1;
+}
+
+std::int32_t TagTable::valueCount(Place place) const {
+  const Tag& tag = tags_[place];
+  return tag.own == nullptr ? tag.partCount : tag.own->values.count();
+}
+
+std::string_view TagTable::value(Place place, std::int32_t index) const {
+  const Tag& tag = tags_[place];
+  if (tag.own != nullptr) return tag.own->values.get(index);
+  if (index < 0 || index >= tag.partCount) return {};
+  return partText(parts_[tag.firstPart + static_cast<std::size_t>(index)]);
+}
+
+StringDeque& TagTable::values(Place place) const {
+  Tag& tag = tags_[place];
+  if (tag.own != nullptr) return tag.own->values;
+  auto own = std::make_unique<OwnTexts>();
+  own->name = partText(tag.name);
+  for (std::int32_t i = 0; i < tag.partCount; ++i) own->values.add(SString(value(place, i)));
+  tag.own = std::move(own);
+  return tag.own->values;
+}
+
+TagTable::Place TagTable::next(Place place) const {
+  do {
+    ++place;  // kNowhere is one before the first
+  } while (place < tags_.size() && isRemoved(place));
+  return place < tags_.size() ? place : kNowhere;
+}
+
+std::string_view TagTable::name(Place place) const {
+  const Tag& tag = tags_[place];
+  return tag.own == nullptr ? partText(tag.name) : tag.own->name.view();
+}
+
+TagTable::Place TagTable::findOrAdd(const SString& name) {
+  const Place known = find(name);
+  if (known != kNowhere) return known;
+  Tag tag;
+  tag.own = std::make_unique<OwnTexts>();
+  tag.own->name = name;
+  tags_.push_back(std::move(tag));
+  enter(tags_.size() - 1);
+  return tags_.size() - 1;
+}
+
+void TagTable::remove(Place place) {
+  Tag& tag = tags_[place];
+  tag.partCount = kRemoved;
+  if (tag.own != nullptr) tag.own->values.clear();  // the name is the slot's
+  --count_;
+}
+
+std::string_view TagTable::partText(Part part) const {
+  return std::string_view(text_).substr(part.offset, part.length);
+}
+
+/// The slot that holds the name, or the free one where it would have to stand.
+std::size_t TagTable::slotOf(std::string_view name) const {
+  const std::size_t last = slots_.size() - 1;
+  std::size_t slot = std::hash<std::string_view>()(name) & last;
+  while (slots_[slot] != 0 && this->name(slots_[slot] - 1) != name) slot = (slot + 1) & last;
+  return slot;
+}
+
+void TagTable::enter(Place place) {
+  ++count_;
+  if (tags_.size() * 2 > slots_.size()) growSlots();
+  slots_[slotOf(name(place))] = static_cast<std::uint32_t>(place + 1);
+}
+
+/// At most every other slot is taken, so that a look-up ends soon. In order, so that of several
+/// tags with one name the last is found.
+void TagTable::growSlots() {
+  slots_.assign(slots_.empty() ? kFirstSlots : slots_.size() * 2, 0);
+  for (Place place = 0; place + 1 < tags_.size(); ++place) {
+    slots_[slotOf(name(place))] = static_cast<std::uint32_t>(place + 1);
+  }
+}
+
+}  // namespace vessant
