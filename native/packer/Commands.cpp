@@ -14,6 +14,7 @@
 #include "packer/CatCommand.h"
 #include "packer/CheckCommand.h"
 #include "packer/DiffCommand.h"
+#include "packer/ExplainCommand.h"
 #include "packer/ExtractCommand.h"
 #include "packer/InfoCommand.h"
 #include "packer/InitCommand.h"
@@ -43,6 +44,7 @@ constexpr AddCommand kCommands[] = {
     addVerifyCommand,
     addSumsCommand,
     addDiffCommand,
+    addExplainCommand,
     addJvmCommand,
     addBundleJvmCommand,
 };

@@ -35,7 +35,8 @@ class FileExtractor {
   const RunServices& services_;
 };
 
-/// The copies that a run makes in temporary directories, which the clean-up deletes.
+/// The copies that a run makes in temporary directories, which the clean-up deletes. A program that
+/// only tells what a run would do derives from this.
 class EmbeddedFiles {
  public:
   /// All three must outlive this.
@@ -44,15 +45,16 @@ class EmbeddedFiles {
       : launcherFile_(launcherFile), extractor_(extractor), tempFiles_(tempFiles) {}
   EmbeddedFiles(const EmbeddedFiles&) = delete;
   EmbeddedFiles& operator=(const EmbeddedFiles&) = delete;
+  virtual ~EmbeddedFiles() = default;
 
   [[nodiscard]] const LauncherFile& launcherFile() const { return launcherFile_; }
 
   /// The path of the entry's copy, in a temporary directory of its own. Made at the first call; a
   /// call that throws, as extractFile does, leaves it to the next.
-  const SString& extractedPath(const FileIndexEntry& entry);
+  virtual const SString& extractedPath(const FileIndexEntry& entry);
   /// Extracts all application archives into one new temporary directory and returns the path of
   /// the last; empty when there are none. Every call makes new copies: the caller keeps the path.
-  [[nodiscard]] SString extractApplicationArchives() const;
+  [[nodiscard]] virtual SString extractApplicationArchives() const;
 
  private:
   const LauncherFile& launcherFile_;

@@ -1,0 +1,163 @@
+#include "packer/explain/Explanation.h"
+
+#include <algorithm>
+#include <ostream>
+#include <set>
+
+#include "packer/Text.h"
+#include "packer/check/NumberCheck.h"
+#include "packer/check/Package.h"
+#include "packer/explain/HomeText.h"
+#include "packer/explain/LaunchPlan.h"
+#include "packer/explain/StatementWords.h"
+
+namespace vessant {
+namespace {
+
+class Explainer {
+ public:
+  Explainer(DryRun& run, std::ostream& out) : run_(run), out_(out) {}
+
+  void write();
+
+ private:
+  void writeHead();
+  void readScript();
+  void writeScript();
+  void writeHomes();
+  void writeLaunches();
+  void writeFoundLaunch();
+  void writeEmbeddedLaunch(std::uint32_t id);
+  void writePlan(const LaunchPlan& plan);
+  void writeSideFiles();
+  [[nodiscard]] bool has(Verb verb) const;
+
+  DryRun& run_;
+  std::ostream& out_;
+  const FileIndexEntry* launchScript_ = nullptr;
+  std::vector<Statement> statements_;
+  std::vector<HomesOfFile> homes_;
+};
+
+void Explainer::write() {
+  launchScript_ = run_.launcherFile.findByType(FileType::LaunchScript);
+  writeHead();
+  readScript();
+  writeScript();
+  writeHomes();
+  writeLaunches();
+  writeSideFiles();
+}
+
+void Explainer::writeHead() {
+  out_ << printable(str(run_.path)) << '\n';
+  if (launchScript_ != nullptr) {
+    out_ << "title: " << printable(str(readTags(run_, *launchScript_)->getValue("DESC"))) << '\n';
+  }
+  for (const std::string& option : run_.arguments.otherActions) {
+    out_ << "With " << option << " the script does not run; what follows is a run without it.\n";
+  }
+}
+
+void Explainer::readScript() {
+  const FileIndexEntry* script = run_.launcherFile.findByType(FileType::Instructions);
+  if (script == nullptr) return;
+  const std::unique_ptr<TagFile> tags = readTags(run_, *script);
+  for (std::int32_t i = 0; i < tags->getValueCount("INSTRUCTIONS"); ++i) {
+    statements_.push_back(readStatement(str(tags->getValue("INSTRUCTIONS", i)), i + 1));
+  }
+}
+
+void Explainer::writeScript() {
+  out_ << "\nThe script\n";
+  if (statements_.empty()) out_ << "  there is none: the installer ends with status 255\n";
+  for (std::size_t i = 0; i < statements_.size(); ++i) {
+    const std::string number = std::to_string(i + 1);
+    out_ << std::string(number.size() < 4 ? 4 - number.size() : 0, ' ') << number << "  "
+         << printable(statements_[i].text) << '\n';
+    if (statements_[i].verb == Verb::Comment) continue;
+    out_ << "        " << printable(inWords(statements_, i)) << '\n';
+  }
+}
+
+void Explainer::writeHomes() {
+  homes_ = listHomes(run_);
+  out_ << "\nThe Java homes, in the order in which they are tried\n";
+  if (homes_.empty()) out_ << "  none: the installer has no JVM file\n";
+  for (const HomesOfFile& file : homes_) writeHomesOfFile(file, out_);
+}
+
+bool Explainer::has(Verb verb) const {
+  return std::any_of(statements_.begin(), statements_.end(),
+                     [verb](const Statement& statement) { return statement.verb == verb; });
+}
+
+void Explainer::writeLaunches() {
+  if (launchScript_ == nullptr) {
+    out_ << "\nThere is no launch script: nothing can be launched.\n";
+    return;
+  }
+  if (has(Verb::Launch)) writeFoundLaunch();
+  std::set<std::uint32_t> written;
+  for (const Statement& statement : statements_) {
+    if (statement.verb != Verb::ILaunch) continue;
+    const std::optional<std::int64_t> id = wholeNumber(statement.argument(0));
+    const auto number = static_cast<std::uint32_t>(id.value_or(0));
+    if (id && *id > 0 && written.insert(number).second) writeEmbeddedLaunch(number);
+  }
+}
+
+void Explainer::writeFoundLaunch() {
+  const std::optional<ChosenHome> chosen = chooseHome(homes_);
+  if (has(Verb::InstallJvm)) {
+    out_ << "\nLaunching with the JVM that the installer brings is not shown: only unpacking it "
+            "tells where it lies.\n";
+  }
+  if (!chosen) {
+    if (has(Verb::FindJvm)) out_ << "\nNo Java is found by the hints: N1 is 0 behind FIND_JVM.\n";
+    return;
+  }
+  out_ << "\nLaunching with " << printable(str(chosen->file->entry->fileName))
+       << " and the Java at " << printable(chosen->home->path)
+       << (chosen->home->answer ? "" : ", if that is verified (--try tells)") << '\n';
+  writePlan(planLaunch(run_, *launchScript_, *chosen->file->entry, chosen->home->path));
+}
+
+void Explainer::writeEmbeddedLaunch(std::uint32_t id) {
+  const FileIndexEntry* file = run_.launcherFile.findById(id);
+  if (file == nullptr || file->type != FileType::JvmFile) return;
+  out_ << "\nLaunching with the embedded JVM file " << id << ", " << printable(str(file->fileName))
+       << '\n';
+  writePlan(planLaunch(run_, *launchScript_, *file, ""));
+}
+
+void Explainer::writePlan(const LaunchPlan& plan) {
+  if (!plan.failure.empty()) {
+    out_ << "  fails: " << printable(plan.failure) << '\n';
+    return;
+  }
+  out_ << "  command:     " << printable(plan.command) << '\n'
+       << "  directory:   "
+       << (plan.directory.empty() ? "the user's own" : printable(plan.directory)) << '\n'
+       << "  output:      "
+       << (plan.collectsOutput ? "collected for the log" : "the user's console") << '\n';
+  for (const auto& [name, value] : plan.variables) {
+    out_ << "  environment: " << printable(name) << '=' << printable(value) << '\n';
+  }
+}
+
+void Explainer::writeSideFiles() {
+  out_ << "\nFiles beside the installer that a launch reads\n";
+  for (const SideFile& file : sideFilesOf(run_)) {
+    out_ << (file.isThere ? "  read     " : "  missing  ") << printable(file.path) << "  ("
+         << file.purpose << ")\n";
+  }
+}
+
+}  // namespace
+
+void explain(DryRun& run, std::ostream& out) {
+  Explainer(run, out).write();
+}
+
+}  // namespace vessant

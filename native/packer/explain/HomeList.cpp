@@ -1,0 +1,155 @@
+#include "packer/explain/HomeList.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "launcher/base/PathUtil.h"
+#include "launcher/base/TextUtil.h"
+#include "launcher/jvm/JVMFile.h"
+#include "launcher/tagfile/JvmTagNames.h"
+#include "packer/Text.h"
+#include "packer/explain/VerificationAnswer.h"
+
+namespace vessant {
+namespace {
+
+constexpr std::string_view kResolvedFrom = " which was resolved from ";
+constexpr std::string_view kCheckingJvm = "Checking JVM at ";
+constexpr std::string_view kCheckingPath = "Checking path hint ";
+constexpr std::string_view kCheckingRelative = "Check path hint Relative ";
+constexpr std::string_view kSkipping = "Skipping JVM at ";
+
+HomeState stateOf(const std::string& home, const SString& executable) {
+  const SString path = joinPath(sstr(home), executable);
+  struct stat status = {};
+  if (::stat(path.cString(), &status) != 0) return HomeState::Missing;
+  const bool isProgram = S_ISREG(status.st_mode) && ::access(path.cString(), X_OK) == 0;
+  return isProgram ? HomeState::Exists : HomeState::NotExecutable;
+}
+
+/// The candidate that a log line of the search announces.
+std::optional<Home> candidateIn(const std::string& line) {
+  if (line.starts_with(kCheckingPath)) {
+    return Home{line.substr(kCheckingPath.size()), "PATH_HINT"};
+  }
+  if (line.starts_with(kCheckingRelative)) {
+    return Home{line.substr(kCheckingRelative.size()), "PATH_HINT beside the installer"};
+  }
+  const std::size_t behind = line.rfind(kResolvedFrom);
+  if (!line.starts_with(kCheckingJvm) || behind == std::string::npos) return std::nullopt;
+  const std::string origin = line.substr(behind + kResolvedFrom.size());
+  const bool isVariable = origin.starts_with("platform hint ");
+  return Home{line.substr(kCheckingJvm.size(), behind - kCheckingJvm.size()),
+              isVariable ? "PLATFORM_HINT " + origin.substr(14)
+                         : "PATH " + origin.substr(origin.rfind(' ') + 1)};
+}
+
+class HomeReader {
+ public:
+  HomeReader(DryRun& run, const FileIndexEntry& entry, JVMSearch& search)
+      : run_(run), tags_(readTags(run, entry)), file_(*tags_), search_(search) {
+    result_.entry = &entry;
+  }
+
+  HomesOfFile read(bool isHidden);
+
+ private:
+  void tryUserHome();
+  void tryHints();
+  void note();
+  void noteAnswers();
+
+  DryRun& run_;
+  std::unique_ptr<TagFile> tags_;
+  JVMFile file_;
+  JVMSearch& search_;
+  HomesOfFile result_;
+};
+
+HomesOfFile HomeReader::read(bool isHidden) {
+  result_.description = str(file_.description());
+  result_.namesProperties = !file_.tag(jvmtag::kProperties).isEmpty();
+  result_.searchesDisk = file_.searchAll();
+  result_.isHidden = isHidden;
+  static_cast<void>(run_.log.take());
+  static_cast<void>(run_.platform.take());
+  tryUserHome();
+  if (!isHidden) tryHints();
+  return std::move(result_);
+}
+
+void HomeReader::tryUserHome() {
+  const SString& home = run_.arguments.javaHome;
+  if (home.isEmpty() || !result_.namesProperties) return;
+  result_.homes.push_back({str(home), "-vs:javahome"});
+  static_cast<void>(file_.verifyAt(home, search_));
+  note();
+}
+
+/// Nothing ever matches here, so that the search goes on to the end of the hints.
+void HomeReader::tryHints() {
+  static_cast<void>(file_.searchPlatformHints(search_));
+  static_cast<void>(file_.searchPathHints(search_));
+  static_cast<void>(file_.searchPlatformJVMPathHints(search_));
+  note();
+}
+
+void HomeReader::note() {
+  for (const std::string& line : run_.log.take()) {
+    if (std::optional<Home> home = candidateIn(line)) result_.homes.push_back(std::move(*home));
+    if (!line.starts_with(kSkipping) || result_.homes.empty()) continue;
+    result_.homes.back().state = HomeState::Skipped;
+    result_.homes.back().reason = line.substr(line.rfind(": ") + 2);
+  }
+  for (Home& home : result_.homes) {
+    if (home.state != HomeState::Skipped) home.state = stateOf(home.path, file_.executable());
+  }
+  noteAnswers();
+}
+
+/// Each home that is there and not skipped was run once, in their order.
+void HomeReader::noteAnswers() {
+  std::vector<NotedCommand> commands = run_.platform.take();
+  if (!run_.platform.runs) return;
+  auto command = commands.begin();
+  for (Home& home : result_.homes) {
+    const bool wasRun = home.state == HomeState::Exists || home.state == HomeState::NotExecutable;
+    if (home.answer || !wasRun || command == commands.end()) continue;
+    home.answer = answerOf(*command++, *tags_);
+  }
+}
+
+}  // namespace
+
+std::vector<HomesOfFile> listHomes(DryRun& run) {
+  JVMSearch search{run.search};
+  const FileIndexEntry* archive = run.launcherFile.findByType(FileType::VerificationClass);
+  if (archive != nullptr) {
+    search.verificationClass = {quoted(run.files.extractedPath(*archive)), quoted("Verify")};
+  }
+  std::vector<HomesOfFile> files;
+  bool isHidden = false;
+  for (const FileIndexEntry& entry : run.launcherFile.index()) {
+    if (entry.type != FileType::JvmFile) continue;
+    files.push_back(HomeReader(run, entry, search).read(isHidden));
+    isHidden = isHidden || files.back().searchesDisk;
+  }
+  return files;
+}
+
+std::optional<ChosenHome> chooseHome(const std::vector<HomesOfFile>& files) {
+  const auto isChosen = [](const Home& home) {
+    return home.answer ? home.answer->isTaken : home.state == HomeState::Exists;
+  };
+  for (const char* wanted : {"-vs:javahome", ""}) {
+    for (const HomesOfFile& file : files) {
+      if (!file.namesProperties) continue;
+      for (const Home& home : file.homes) {
+        if (home.origin.starts_with(wanted) && isChosen(home)) return ChosenHome{&file, &home};
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace vessant
