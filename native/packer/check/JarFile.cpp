@@ -59,4 +59,10 @@ std::string manifestAttribute(const std::string& manifest, const std::string& na
   return value;
 }
 
+const JarFile& JarCache::of(const PackageFile& file) {
+  const auto known = jars_.find(&file);
+  if (known != jars_.end()) return known->second;
+  return jars_.emplace(&file, readJarFile(file.bytes)).first->second;
+}
+
 }  // namespace vessant

@@ -1,10 +1,12 @@
 // What a jar holds, as far as starting a program from it goes.
 #pragma once
 
+#include <map>
 #include <string>
 #include <unordered_set>
 
 #include "packer/ByteSource.h"
+#include "packer/check/Package.h"
 
 namespace vessant {
 
@@ -26,5 +28,13 @@ struct JarFile {
 
 /// The value of a main attribute of a jar's manifest, whose long lines are folded.
 [[nodiscard]] std::string manifestAttribute(const std::string& manifest, const std::string& name);
+
+class JarCache {
+ public:
+  const JarFile& of(const PackageFile& file);
+
+ private:
+  std::map<const PackageFile*, JarFile> jars_;
+};
 
 }  // namespace vessant

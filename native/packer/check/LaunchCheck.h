@@ -2,7 +2,7 @@
 #pragma once
 
 #include "packer/Finding.h"
-#include "packer/check/JarCache.h"
+#include "packer/check/JarFile.h"
 #include "packer/check/Package.h"
 
 namespace vessant {

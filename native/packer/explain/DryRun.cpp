@@ -1,5 +1,7 @@
 #include "packer/explain/DryRun.h"
 
+#include <map>
+
 #include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
 #include "packer/Text.h"
@@ -105,6 +107,53 @@ std::unique_ptr<TagFile> readTags(DryRun& run, const FileIndexEntry& entry) {
   auto tags = std::make_unique<TagFile>();
   tags->load(stream.get(), entry.fileName, entry.offset, entry.length, run.log);
   return tags;
+}
+namespace {
+
+constexpr const char* kConsole = "-console";
+
+using TextOption = SString RunArguments::*;
+
+/// Options with a value that matters here, and those whose value does not.
+const std::map<std::string, TextOption>& optionsWithValue() {
+  static const std::map<std::string, TextOption> options = {
+      {"-vs:javahome", &RunArguments::javaHome},
+      {"-vs:tempdir", &RunArguments::tempDirectory},
+      {"-cp:p", &RunArguments::classPathPrefix},
+      {"-cp:a", &RunArguments::classPathSuffix},
+      {"-vs:log", nullptr},
+      {"-vs:orig", nullptr},
+      {"-vs:in", nullptr},
+  };
+  return options;
+}
+
+bool isOtherAction(const std::string& word) {
+  return word == "-vs:in" || word == "-vs:extract" || word == "-vs:version";
+}
+
+void readFlag(const std::string& word, RunArguments& run) {
+  if (word == "-vs:silent" || word == "-vs:extract" || word == "-vs:version") return;
+  const bool isConsole = word == kConsole || word == "-accessibility";
+  if (isConsole || word == "-vs:javaconsole") run.javaConsole = true;
+  if (word == "-vs:javaconsole") return;
+  run.passThrough.add(isConsole ? SString(kConsole) : sstr(word));
+}
+
+}  // namespace
+
+void readRunArguments(const std::vector<std::string>& words, RunArguments& run) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (isOtherAction(words[i])) run.otherActions.push_back(words[i]);
+    const auto option = optionsWithValue().find(words[i]);
+    if (option == optionsWithValue().end()) {
+      readFlag(words[i], run);
+      continue;
+    }
+    if (i + 1 == words.size()) continue;
+    ++i;
+    if (option->second != nullptr) run.*(option->second) = sstr(words[i]);
+  }
 }
 
 }  // namespace vessant

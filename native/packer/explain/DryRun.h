@@ -1,5 +1,5 @@
-// A run of an installer in which nothing happens: the launcher's own objects, over a system that
-// notes commands instead of running them and extracts nothing.
+// A run of an installer, with the arguments of a user, in which nothing happens: the launcher's own
+// objects, over a system that notes commands instead of running them and extracts nothing.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +12,29 @@
 #include "launcher/archive/LauncherFile.h"
 #include "launcher/archive/ModeByte.h"
 #include "launcher/archive/TempFiles.h"
+#include "launcher/base/SString.h"
+#include "launcher/base/StringDeque.h"
 #include "launcher/driver/output/Messages.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/linux/LinuxPlatformImpl.h"
-#include "packer/explain/RunArguments.h"
 
 namespace vessant {
+
+/// What a user's arguments make of a run, as far as finding and launching a JVM goes.
+struct RunArguments {
+  SString javaHome = {};
+  SString tempDirectory = {};
+  SString classPathPrefix = {};
+  SString classPathSuffix = {};
+  StringDeque passThrough = {};
+  bool javaConsole = false;
+  /// Options that make the launcher do something else than run its script.
+  std::vector<std::string> otherActions = {};
+};
+
+/// Takes the arguments apart as the launcher does.
+void readRunArguments(const std::vector<std::string>& words, RunArguments& run);
 
 /// Keeps the log lines for whoever wants to know what was tried.
 class NotedLog : public LogSink {
