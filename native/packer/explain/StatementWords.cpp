@@ -59,30 +59,24 @@ std::string jmp0(const std::vector<Statement>& statements, const Statement& s) {
   return "when " + s.argument(0) + " is 0, go on " + placeOf(statements, s.argument(1));
 }
 
-}  // namespace
+std::string launch(const Statement& s) {
+  return "launch the program with the JVM file " + s.argument(0) + seconds(s.argument(1)) +
+         "; its status becomes the result";
+}
 
-std::string inWords(const std::vector<Statement>& statements, std::size_t index) {
-  const Statement& s = statements[index];
+/// What commands without a jump do.
+std::string commandInWords(const Statement& s) {
   switch (s.verb) {
-    case Verb::Label:
-      return "the label " + s.word.substr(1);
-    case Verb::Comment:
-      return "(a comment)";
     case Verb::FindJvm:
       return findJvm(s);
-    case Verb::Goto:
-      return "go on " + placeOf(statements, s.argument(0));
     case Verb::ILaunch:
       return iLaunch(s);
     case Verb::InitializeUi:
       return "show progress from here on";
     case Verb::InstallJvm:
       return installJvm(s);
-    case Verb::Jmp0:
-      return jmp0(statements, s);
     case Verb::Launch:
-      return "launch the program with the JVM file " + s.argument(0) + seconds(s.argument(1)) +
-             "; its status becomes the result";
+      return launch(s);
     case Verb::Set:
       return "set " + s.argument(0) + " to " + s.argument(1);
     case Verb::Verify:
@@ -93,6 +87,17 @@ std::string inWords(const std::vector<Statement>& statements, std::size_t index)
     default:
       return "an unknown command, which ends the run with 255";
   }
+}
+
+}  // namespace
+
+std::string inWords(const std::vector<Statement>& statements, std::size_t index) {
+  const Statement& s = statements[index];
+  if (s.verb == Verb::Label) return "the label " + s.word.substr(1);
+  if (s.verb == Verb::Comment) return "(a comment)";
+  if (s.verb == Verb::Goto) return "go on " + placeOf(statements, s.argument(0));
+  if (s.verb == Verb::Jmp0) return jmp0(statements, s);
+  return commandInWords(s);
 }
 
 }  // namespace vessant
