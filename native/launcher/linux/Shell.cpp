@@ -23,9 +23,9 @@ void writeError(const char* text) {
   static_cast<void>(!::write(STDERR_FILENO, text, std::strlen(text)));
 }
 
-[[noreturn]] void endWithSetupError() {
+[[noreturn]] void endWithError(const char* what) {
   const int error = errno;
-  writeError("Error capturing stdout or stderr in new process: ");
+  writeError(what);
   writeError(std::strerror(error));
   writeError("\n");
   ::_exit(kChildSetupFailed);
@@ -50,12 +50,13 @@ void dropHandlers() {
   if (setup.standardInput >= 0) ::dup2(setup.standardInput, STDIN_FILENO);
   if (setup.redirect && (::dup2(setup.standardOutput, STDOUT_FILENO) < 0 ||
                          ::dup2(setup.standardError, STDERR_FILENO) < 0)) {
-    endWithSetupError();
+    endWithError("Error capturing stdout or stderr in new process: ");
   }
   dropHandlers();
   ::sigprocmask(SIG_SETMASK, &mask, nullptr);
   ::execl("/bin/sh", "sh", "-c", text, nullptr);
-  ::_exit(kChildSetupFailed);
+  // A command that is too long for the system, for one.
+  endWithError("Error starting the shell: ");
 }
 
 }  // namespace

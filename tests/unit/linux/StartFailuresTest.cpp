@@ -129,6 +129,13 @@ TEST(StartFailures, AChildWithoutItsStreamsTellsWhyAndEnds) {
   EXPECT_EQ(result.err, "Error capturing stdout or stderr in new process: Bad file descriptor\n");
 }
 
+TEST(StartFailures, ACommandThatIsTooLongTellsWhyAndEnds) {
+  ChildRunner runner;
+  const std::string command = "exit 0 #" + std::string(200000, 'x');
+  EXPECT_EQ(runner.capture(command), kChildSetupFailed);
+  EXPECT_EQ(runner.err, "Error starting the shell: Argument list too long\n");
+}
+
 TEST(StartFailures, AChildWithoutItsErrorStreamTellsWhyAndEnds) {
   const ForkedResult result = runForked([] {
     return statusOf({.redirect = true, .standardOutput = STDOUT_FILENO, .standardError = -1});
