@@ -14,23 +14,20 @@
 namespace vessant::test {
 
 /// Every call that can be made to fail.
-#define VESSANT_FAULTY_CALLS(CALL)                                                                \
-  CALL(access)                                                                                    \
-  CALL(chdir) CALL(chmod) CALL(close) CALL(closedir) CALL(copy_file_range) CALL(dup) CALL(dup2)   \
-      CALL(execl) CALL(execve) CALL(execvp) CALL(fallocate) CALL(fchdir) CALL(fchmod)             \
-          CALL(fchmodat) CALL(fclose) CALL(fcntl) CALL(fdopen) CALL(fdopendir) CALL(fflush)       \
-              CALL(fopen) CALL(fork) CALL(fread) CALL(fseek) CALL(fseeko) CALL(fstat)             \
-                  CALL(fstatat) CALL(ftello) CALL(ftruncate) CALL(fwrite) CALL(getcwd)            \
-                      CALL(getdents64) CALL(ioctl) CALL(kill) CALL(lseek) CALL(lstat) CALL(mkdir) \
-                          CALL(mkdirat) CALL(open) CALL(openat) CALL(opendir) CALL(pipe2)         \
-                              CALL(poll) CALL(posix_spawn) CALL(ppoll) CALL(prctl) CALL(pread)    \
-                                  CALL(pwrite) CALL(read) CALL(readdir) CALL(readlink) CALL(recv) \
-                                      CALL(remove) CALL(rename) CALL(rmdir) CALL(send)            \
-                                          CALL(setpgid) CALL(sigaction) CALL(sigprocmask)         \
-                                              CALL(socketpair) CALL(stat) CALL(statvfs)           \
-                                                  CALL(syscall) CALL(tempnam) CALL(unlink)        \
-                                                      CALL(unlinkat) CALL(waitid) CALL(waitpid)   \
-                                                          CALL(write)
+// clang-format off
+#define VESSANT_FAULTY_CALLS(CALL) \
+  CALL(access) CALL(chdir) CALL(chmod) CALL(close) CALL(closedir) CALL(copy_file_range) \
+  CALL(dup) CALL(dup2) CALL(execl) CALL(execve) CALL(execvp) CALL(fallocate) CALL(fchdir) \
+  CALL(fchmod) CALL(fchmodat) CALL(fclose) CALL(fcntl) CALL(fdopen) CALL(fdopendir) \
+  CALL(fflush) CALL(fopen) CALL(fork) CALL(fread) CALL(fseek) CALL(fseeko) CALL(fstat) \
+  CALL(fstatat) CALL(ftello) CALL(ftruncate) CALL(fwrite) CALL(getcwd) CALL(getdents64) \
+  CALL(ioctl) CALL(kill) CALL(lseek) CALL(lstat) CALL(mkdir) CALL(mkdirat) CALL(open) \
+  CALL(openat) CALL(opendir) CALL(pipe2) CALL(poll) CALL(posix_spawn) CALL(ppoll) CALL(prctl) \
+  CALL(pread) CALL(pwrite) CALL(read) CALL(readdir) CALL(readlink) CALL(recv) CALL(remove) \
+  CALL(rename) CALL(rmdir) CALL(send) CALL(setpgid) CALL(sigaction) CALL(sigprocmask) \
+  CALL(socketpair) CALL(stat) CALL(statvfs) CALL(syscall) CALL(tempnam) CALL(unlink) \
+  CALL(unlinkat) CALL(waitid) CALL(waitpid) CALL(write)
+// clang-format on
 
 enum class FaultyCall : std::size_t {
 #define VESSANT_CALL(name) name,
