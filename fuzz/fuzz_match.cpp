@@ -2,7 +2,7 @@
 // the rest is what the candidate wrote.
 
 #include "FuzzInput.h"
-#include "launcher/jvm/VerificationProtocol.h"
+#include "launcher/jvm/JVMVerification.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::fuzz::FirstLine input(data, size);

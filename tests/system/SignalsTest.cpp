@@ -63,7 +63,7 @@ TEST_P(EndingSignal, DuringTheSearchStopsTheNextExtraction) {
 }
 
 TEST_P(EndingSignal, ForTheSecondTimeEndsTheLauncherAtOnce) {
-  addInstallerWithJava(sent, sent);
+  addInstallerWithJava("trap '' INT TERM HUP; while " + sent + " 2>/dev/null; do :; done", "");
   EXPECT_THAT(runWithId(), Ended(128 + GetParam().number, "Demo\n"));
   EXPECT_FALSE(tree.list("temp").empty());
   std::filesystem::remove_all(tempRoot);

@@ -14,7 +14,7 @@
 #include "launcher/driver/LoadedObjects.h"
 #include "launcher/driver/OneShotActions.h"
 #include "launcher/instructions/InstructionActions.h"
-#include "launcher/jvm/JVMMatch.h"
+#include "launcher/jvm/JVMSearch.h"
 #include "launcher/tagfile/InputFile.h"
 
 namespace vessant {

@@ -6,7 +6,6 @@
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/jvm/JVMMatch.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"
 

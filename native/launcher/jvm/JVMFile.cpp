@@ -2,7 +2,6 @@
 
 #include "launcher/jvm/HintSearch.h"
 #include "launcher/jvm/JVMVerification.h"
-#include "launcher/jvm/VerificationProtocol.h"
 
 namespace vessant {
 

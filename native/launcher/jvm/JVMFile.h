@@ -10,7 +10,6 @@
 #include "launcher/base/PtrDeque.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/jvm/JVMMatch.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"
 #include "launcher/tagfile/JvmTagNames.h"

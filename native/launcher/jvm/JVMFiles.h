@@ -12,7 +12,6 @@
 #include "launcher/base/StringDeque.h"
 #include "launcher/jvm/FindFiles.h"
 #include "launcher/jvm/JVMFile.h"
-#include "launcher/jvm/JVMMatch.h"
 #include "launcher/jvm/JVMSearch.h"
 
 namespace vessant {

@@ -1,11 +1,14 @@
-// What verifying and searching Java homes works with: what the run gives, and the class that
-// candidates are made to run.
+// What verifying and searching Java homes works with: what the run gives, the class that candidates
+// are made to run, and what comes of them.
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
+#include "launcher/base/PtrDeque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
+#include "launcher/tagfile/TagFile.h"
 
 namespace vessant {
 
@@ -31,6 +34,31 @@ struct VerificationClass {
   SString classPath;
   SString className;
 };
+
+/// A Java home that was verified, and the JVM file it satisfies.
+class JVMMatch {
+ public:
+  /// `tags` are those of the JVM file; they must outlive the match.
+  JVMMatch(SString home, TagFile& tags) : home_(std::move(home)), tags_(&tags) {}
+  JVMMatch(const JVMMatch&) = default;
+  JVMMatch& operator=(const JVMMatch&) = default;
+  virtual ~JVMMatch() = default;
+
+  /// The directory as it was given, without the executable.
+  [[nodiscard]] const SString& home() const { return home_; }
+  void setHome(const SString& home) { home_ = home; }
+  [[nodiscard]] bool foundByRelativeHint() const { return foundByRelativeHint_; }
+  void setFoundByRelativeHint() { foundByRelativeHint_ = true; }
+  [[nodiscard]] TagFile& tags() const { return *tags_; }
+
+ private:
+  SString home_;
+  bool foundByRelativeHint_ = false;
+  TagFile* tags_;
+};
+
+using JVMMatchPtrDE = PtrDE<JVMMatch>;
+using JVMMatchPtrDeque = PtrDeque<JVMMatch>;
 
 /// What became of the candidates of a search.
 struct CandidateCounts {

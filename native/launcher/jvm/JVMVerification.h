@@ -1,19 +1,41 @@
 // Verification: a candidate is what the Java found there says it is.
+//
+// It is made to run the verification class, which prints a magic line and then, line by line, the
+// values of the system properties that it was given by name. Whatever else a Java VM prints stands
+// in front.
 #pragma once
 
 #include <memory>
 
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
-#include "launcher/jvm/JVMMatch.h"
 #include "launcher/jvm/JVMSearch.h"
-#include "launcher/jvm/VerificationProtocol.h"
 #include "launcher/launch/JvmTags.h"
 
 namespace vessant {
 
 /// False, with a warning, for a JVM file that names no property and so can verify nothing.
 [[nodiscard]] bool namesProperties(const JvmTags& jvm, const JVMSearch& search);
+
+/// The properties that a JVM file requires, with the values that they must have. A setting without
+/// "=" is logged and left out.
+void readExpectedProperties(const TagFile& tags, StringPairPtrDeque& expected, LogSink& log);
+
+/// What a candidate answered.
+struct JVMAnswer {
+  enum class Kind { Expected, Different, NoMagicLine };
+
+  Kind kind = Kind::Expected;
+  /// The first property that differs, on one line: "java.version is 1.8.0_292, wanted 17...".
+  SString difference = {};
+};
+
+/// Looks for the magic line in `output` and, after it, for the expected values. Output that ends
+/// early is as expected. Kept: older verification classes print fewer lines. Output without the
+/// magic line is logged as an error.
+[[nodiscard]] JVMAnswer readAnswer(const SString& output, const StringPairPtrDeque& expected,
+                                   LogSink& log);
 
 /// Verifies candidate homes for one JVM file.
 class JVMVerification {

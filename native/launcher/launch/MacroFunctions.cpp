@@ -3,7 +3,7 @@
 #include "launcher/base/PathUtil.h"
 #include "launcher/launch/ApplicationArchive.h"
 #include "launcher/launch/ClassPath.h"
-#include "launcher/launch/JavaArguments.h"
+#include "launcher/launch/SideFiles.h"
 #include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {

@@ -113,6 +113,23 @@ TEST_F(Refusal, TellsRealProgramsApart) {
   EXPECT_EQ(reasonAgainstHome("directory"), "not executable");
 }
 
+TEST_F(Refusal, ComesToARealProgramThatWritesTooMuchOrTakesTooLong) {
+  fixture.search.candidateLimits = {.outputBytes = 10000, .seconds = 60};
+  EXPECT_EQ(reasonAgainstProgram("#!/bin/sh\necho 1739021872\necho 17.0.1\n"
+                                 "while :; do echo more and more and more; done\n"),
+            "too much output");
+  fixture.run.log.clear();
+  fixture.search.candidateLimits = {.outputBytes = 0, .seconds = 1};
+  EXPECT_EQ(reasonAgainstProgram("#!/bin/sh\necho 1739021872\necho 17.0.1\n"
+                                 "while :; do :; done\n"),
+            "too slow");
+}
+
+TEST_F(Refusal, LeavesACandidateNothingToRead) {
+  EXPECT_EQ(reasonAgainstProgram("#!/bin/sh\nread line && exit 5\nexit 6\n"),
+            "ended with status 6");
+}
+
 TEST_F(Refusal, IsNoneOfAMatch) {
   const std::string home = fixture.home("jdk", "17");
   EXPECT_NE(fixture.jvmFile(jvmFileText("17")).verifyAt(text(home), fixture.verification), nullptr);
