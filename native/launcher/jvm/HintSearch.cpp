@@ -31,6 +31,7 @@ SString besideLauncher(const SString& launcherFile, const SString& name) {
   return joinPath(isRoot ? "/" : directory, name);
 }
 
+/// The medium at hand may be taken out later; the first one carries the JVM for the whole run.
 void useFirstMedium(JVMMatch& match, const LaunchContext& launch) {
   const SString home = besideLauncher(launch.originalLauncherFileName, kMediaSpannedHome);
   match.setHome(home);
@@ -75,6 +76,7 @@ std::unique_ptr<JVMMatch> HintSearch::byPlatformPath() {
   return nullptr;
 }
 
+/// Polled here as well as at each candidate: a search may have no candidate at all.
 bool HintSearch::begin(const char* kind) const {
   search_.context.launch.services.throwIfCanceled();
   if (!namesProperties(jvm_, search_)) return false;
@@ -112,6 +114,7 @@ std::unique_ptr<JVMMatch> HintSearch::tryAbsolute(const SString& hint) {
   return verifyAt(candidate);
 }
 
+/// Next to the launcher that runs, which may be an embedded one in a temporary directory.
 std::unique_ptr<JVMMatch> HintSearch::tryRelative(const SString& hint) {
   const LaunchContext& launch = search_.context.launch;
   const SString candidate = besideLauncher(launch.launcherFileName, hint);

@@ -53,6 +53,7 @@ void JVMFiles::begin() {
   prepareVerificationClass();
 }
 
+/// A cancelled search has found nothing, whatever it came upon: the user wants no program started.
 void JVMFiles::finish(JVMMatchPtrDeque& matches, std::int32_t known) {
   services().throwIfCanceled();
   if (foundMatch_) matches.add(std::make_unique<JVMMatch>(*foundMatch_));
@@ -72,6 +73,7 @@ void JVMFiles::prepareVerificationClass() {
   setVerificationClass(quoted(embedded.extractedPath(*entry)), quoted(kDefaultClassName));
 }
 
+/// A copy: the caller's list and this collection may end at different times.
 void JVMFiles::keep(const std::unique_ptr<JVMMatch>& match) {
   if (match != nullptr) foundMatch_ = *match;
 }
@@ -98,6 +100,7 @@ bool JVMFiles::tryHints() {
   return false;
 }
 
+/// From the surest hint to the one that fits most machines.
 void JVMFiles::tryHintsOf(JVMFile& jvmFile) {
   services().progress.showSearchPhase(SearchPhase::Searching, jvmFile.description());
   keep(jvmFile.searchPlatformHints(search_));
@@ -119,6 +122,7 @@ void JVMFiles::searchWholeDisk(JVMMatchPtrDeque& matches) {
   if (!foundMatch_) verifyCollected(matches);
 }
 
+/// Each once: the walk reports a path for every suffix that it ends in.
 void JVMFiles::collectExecutables(StringDeque& executables) const {
   for (const JVMFile& jvmFile : files_) {
     const SString executable = jvmFile.executable();

@@ -14,9 +14,13 @@ namespace {
 
 constexpr std::string_view kMagicLine = "1739021872";
 constexpr std::string_view kPrefixMark = "...";
+// How far a candidate moves the progress display: one that runs takes its time.
+constexpr std::int32_t kStepsOfMissingFile = 2;
+constexpr std::int32_t kStepsOfRun = 6;
 /// A candidate that is no Java may answer with anything: the log gets so much of a line.
 constexpr SString::Size kLongestShown = 200;
 
+/// A value that ends in the mark asks for what stands in front of it alone.
 bool satisfies(const SString& line, const SString& expected) {
   const SString::Size prefixLength = endsWith(expected, kPrefixMark);
   if (prefixLength == SString::npos) return line == expected;
@@ -39,9 +43,6 @@ bool skipToValues(const SString& output, SString::Size& position, LogSink& log) 
   log.log("Invalid magic value: " + line + "\n", LogLevel::Error);
   return false;
 }
-
-constexpr std::int32_t kStepsOfMissingFile = 2;
-constexpr std::int32_t kStepsOfRun = 6;
 
 /// Why a home cannot be put into a command or a JVM file; null when it can. The macro passes go
 /// through the command with the home in it: a delimiter would pair with one of the command's own.
@@ -130,7 +131,8 @@ std::unique_ptr<JVMMatch> JVMVerification::verifyAt(const SString& home) {
   return std::make_unique<JVMMatch>(home, jvm_.tags());
 }
 
-bool JVMVerification::canBeTried(const SString& home) const {
+/// A home or an executable without a name is no candidate: nothing is said of it.
+bool JVMVerification::canBeTried(const SString& home) {
   if (home.isEmpty() || jvm_.tag(jvmtag::kExecutable).isEmpty()) return false;
   if (!namesProperties(jvm_, search_)) return false;
   ++search_.counts.candidates;
@@ -140,7 +142,8 @@ bool JVMVerification::canBeTried(const SString& home) const {
   return false;
 }
 
-/// The command runs in the launcher's directory, while a relative home counts from the user's.
+/// The command runs in the launcher's directory, while a relative home counts from the user's. The
+/// tag is set first: the command names the home's executable, and the child finds it in JAVA_HOME.
 bool JVMVerification::run(const SString& home) {
   const RunServices& services = search_.context.launch.services;
   const SString directory = absolutePath(home);

@@ -54,7 +54,7 @@ class JVMVerification {
   [[nodiscard]] bool run(const SString& home);
 
  private:
-  [[nodiscard]] bool canBeTried(const SString& home) const;
+  [[nodiscard]] bool canBeTried(const SString& home);
   [[nodiscard]] SString reasonToRefuse(const ChildResult& end, const JVMAnswer& answer);
   [[nodiscard]] SString commandFor(const SString& home, const StringPairPtrDeque& expected) const;
 

@@ -34,6 +34,8 @@ void ClassPathBuilder::appendClassPathEntry(SString& classPath, const SString& e
   classPath.append(entry);
 }
 
+/// An option of the command line begins with a quote by now, and is never taken for a list file.
+/// Kept: a class path that begins with "@" is one.
 void ClassPathBuilder::addClassPathOption(SString& classPath, const SString& text) const {
   const SString entry = trimmed(text);
   if (entry.view().starts_with('@')) {
@@ -58,6 +60,8 @@ SString ClassPathBuilder::readSideFileClassPath(std::string_view suffix) const {
   return readClassPathFile(sideFilePath(context_.originalLauncherFileName, suffix), false);
 }
 
+/// Each archive is extracted when a command first asks for it, into a directory of its own: two may
+/// have the same name.
 SString ClassPathBuilder::extractedArchives(bool quote) const {
   SString classPath;
   for (const FileIndexEntry& entry : context_.embeddedFiles.launcherFile().index()) {

@@ -7,6 +7,8 @@
 namespace vessant {
 namespace {
 
+/// Three states and the end. An error names the place where the step that failed began, ahead of
+/// the whitespace in front of what is wrong: that is where the author stopped writing.
 class ArgumentListParser {
  public:
   ArgumentListParser(const MacroText& text, SString::Size position, StringDeque& arguments,

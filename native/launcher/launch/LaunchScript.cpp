@@ -16,7 +16,8 @@ constexpr char kFunctionDelimiter = '%';
 constexpr char kEnvironmentDelimiter = '#';
 constexpr SString::Size kMostOfEndlessOutput = 64 << 10;
 
-/// Each argument reaches the command line in double quotes.
+/// Each argument reaches the command line in double quotes. Inside them the shell still reads a
+/// dollar sign, a backquote and a backslash. Kept: installers are called with such arguments.
 void appendArguments(SString& command, const StringDeque& arguments) {
   for (const SString& argument : arguments) {
     command.append(" \"");
@@ -109,6 +110,7 @@ ChildResult LaunchScript::executeLimited(JvmTags& jvm, const ChildLimits& limits
   return executeAs(jvm, nullptr, std::move(child));
 }
 
+/// Nothing of the environment changes before the command is known to be right.
 ChildResult LaunchScript::executeAs(JvmTags& jvm, const StringDeque* passThroughArguments,
                                     ChildCommand child) {
   const RunServices& services = context_.services;
@@ -169,6 +171,7 @@ SString LaunchScript::workingDirectory() const {
   return autoSetWorkingDir_ ? runningDirectory(context_.launcherFileName) : SString();
 }
 
+/// In the order of the file, so that a later setting may replace an earlier one.
 void LaunchScript::applyWizardEnvironment(const JvmTags& jvm) const {
   const StringDeque* settings = jvm.tags().findValues(jvmtag::kWizardEnvironment);
   if (settings == nullptr) return;

@@ -34,7 +34,9 @@ class LaunchScript : public MacroHandler {
   /// Runs the program and returns its exit status. `passThroughArguments` may be null;
   /// `javaConsole` runs the program with the console, so that its output is not collected.
   /// Environment variables that the JVM file sets stay set afterwards; JAVA_HOME gets its old value
-  /// back, unless the program could not be started at all.
+  /// back (an empty one when it had none), unless the program could not be started at all. Throws
+  /// LauncherException for a wrong command, when nothing can be started and, ahead of the start,
+  /// when the run is cancelled.
   std::int32_t execute(JvmTags& jvm, const StringDeque* passThroughArguments, bool javaConsole);
 
   /// The same for a program that the launcher runs for itself: without arguments, reading from an

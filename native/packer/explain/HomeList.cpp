@@ -7,7 +7,7 @@
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/jvm/JVMFile.h"
-#include "launcher/jvm/VerificationProtocol.h"
+#include "launcher/jvm/JVMVerification.h"
 #include "launcher/tagfile/JvmTagNames.h"
 #include "packer/NoLog.h"
 #include "packer/Text.h"
