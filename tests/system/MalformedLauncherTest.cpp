@@ -193,7 +193,10 @@ TEST_F(MalformedLauncher, HasAnArchiveThatIsCutShort) {
                             entryHead(2, launchSize, start + scriptSize, 0, "") + '\0';
   packBytes(stub + script + launch + index + bigEndian32(indexAt) + kIdentification);
   environment["PATH"] = "/usr/bin:/bin";
-  EXPECT_THAT(run(), Ended(0, "\n" + std::to_string(index.size() + 8) + "\n"));
+  EXPECT_THAT(runLogged(), Ended(255, "\nUnable to extract embedded files from the launcher. \n"));
+  EXPECT_THAT(logLines(), ::testing::Contains("ERROR: The launcher file " + launcher +
+                                              " has changed: wanted 1000000 bytes of a, found " +
+                                              std::to_string(index.size() + 8)));
 }
 
 struct MalformedTags {

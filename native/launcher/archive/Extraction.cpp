@@ -1,13 +1,12 @@
 #include "launcher/archive/Extraction.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
-#include <vector>
+#include <string_view>
 
-#include <sys/stat.h>
+#include <fcntl.h>
 
+#include "launcher/archive/ChunkedCopy.h"
+#include "launcher/archive/NewFile.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
@@ -16,52 +15,38 @@
 namespace vessant {
 namespace {
 
-/// One step of the progress display; the data is on its way to the disk after each.
-constexpr std::size_t kChunkSize = 0xEFFF;
-constexpr mode_t kExecutable = S_IXUSR | S_IXGRP | S_IXOTH;
-
 bool isProgram(FileType type) {
   return type == FileType::JvmInstaller || type == FileType::EmbeddedLauncher;
 }
 
-void makeExecutable(const SString& path) {
-  struct stat status = {};
-  // Either failure shows when the program is started.
-  if (::stat(path.cString(), &status) != 0) return;
-  static_cast<void>(::chmod(path.cString(), (status.st_mode & ALLPERMS) | kExecutable));
-}
-
-/// Chunks are larger than any stream buffer: reading and writing straight saves a copy.
-StdFile openUnbuffered(const SString& path, OpenMode mode) {
-  StdFile file = openFile(path, mode);
-  if (file != nullptr) std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  return file;
-}
-
-/// Writes a chunk and flushes it; returns 0 or the error number.
-int writeChunk(const StdFile& target, const std::vector<char>& buffer, std::size_t length) {
-  errno = 0;  // a short write need not set it
-  const bool whole = std::fwrite(buffer.data(), 1, length, target.get()) == length;
-  if (whole && std::fflush(target.get()) == 0) return 0;
-  return errno != 0 ? errno : EIO;
+/// Whether a file of this name lies in the directory that it is extracted into, and nowhere else.
+bool staysInside(std::string_view name) {
+  constexpr std::string_view kLeadsAway("/\0", 2);
+  return !name.empty() && name != "." && name != ".." &&
+         name.find_first_of(kLeadsAway) == std::string_view::npos;
 }
 
 }  // namespace
 
-SString FileExtractor::extractFile(const FileIndexEntry& entry, const SString& directory) const {
-  checkSpace(entry, directory);
-  SString target = joinPath(directory, entry.fileName);
-  const int error = copyBytes(entry, target);
-  // A disk that is full tells more than the cancellation that may have come with it.
-  if (error != 0) throw LauncherException(writeErrorText(longToString(error)));
-  if (services_.cancelFlag.isSet()) {
-    throw LauncherException(services_.messages.errorText(ErrorId::Canceled));
+SString FileExtractor::extractFile(const FileIndexEntry& entry, const SString& directory,
+                                   PartialFile onFailure) const {
+  if (!staysInside(entry.fileName)) throwBadName(entry.fileName);
+  SString path = joinPath(directory, entry.fileName);
+  checkSpace(entry, directory, path);
+  const UniqueFd source(::open(launcherFile_.cString(), O_RDONLY | O_CLOEXEC));
+  NewFile target(directory, entry.fileName, source);
+  if (target.error() != 0) throwWriteError(path, target.error());
+  try {
+    fill(target, path, source, entry);
+  } catch (...) {
+    if (onFailure == PartialFile::Removed) target.remove();
+    throw;
   }
-  if (isProgram(entry.type)) makeExecutable(target);
-  return target;
+  return path;
 }
 
-void FileExtractor::checkSpace(const FileIndexEntry& entry, const SString& directory) const {
+void FileExtractor::checkSpace(const FileIndexEntry& entry, const SString& directory,
+                               const SString& path) const {
   std::uint32_t bytes = entry.length;
   std::uint32_t files = 1;
   if (entry.hasSizeInformation) {  // both sums may wrap at 32 bits. Kept.
@@ -69,26 +54,47 @@ void FileExtractor::checkSpace(const FileIndexEntry& entry, const SString& direc
     files += entry.expandedFileCount;
   }
   if (services_.platform.hasFreeSpace(directory, bytes, files)) return;
+  logWriteError(path, ENOSPC);
   throw LauncherException(writeErrorText(""));
 }
 
-int FileExtractor::copyBytes(const FileIndexEntry& entry, const SString& target) const {
-  const StdFile source = openUnbuffered(launcherFile_, OpenMode::Read);
-  const StdFile copy = openUnbuffered(target, OpenMode::Write);
-  if (copy == nullptr) return errno;
-  if (source == nullptr || ::fseeko(source.get(), entry.offset, SEEK_SET) != 0) return 0;
-  std::vector<char> buffer(std::min<std::size_t>(kChunkSize, entry.length));
-  std::size_t left = entry.length;
-  // Polled between chunks: a JVM of 200 MB on a slow disk can still be given up within one.
-  while (left > 0 && !services_.cancelFlag.isSet()) {
-    const std::size_t wanted = std::min(left, buffer.size());
-    const std::size_t read = std::fread(buffer.data(), 1, wanted, source.get());
-    const int error = writeChunk(copy, buffer, read);
-    services_.progress.addProgressDots(1);
-    if (error != 0 || read < wanted) return error;
-    left -= read;
+/// A disk that is full tells more than the cancellation that may have come with it, and that more
+/// than the missing rest of a launcher file.
+void FileExtractor::fill(NewFile& target, const SString& path, const UniqueFd& source,
+                         const FileIndexEntry& entry) const {
+  const CopyEnd end = copyStretch(source.get(), entry.offset, entry.length, target.fd(), services_);
+  if (end.error != 0) throwWriteError(path, end.error);
+  if (services_.cancelFlag.isSet()) {
+    throw LauncherException(services_.messages.errorText(ErrorId::Canceled));
   }
-  return 0;
+  if (end.copied < entry.length) throwCutShort(entry, end.copied);
+  if (isProgram(entry.type)) target.makeExecutable();
+  const int error = target.close();
+  if (error != 0) throwWriteError(path, error);
+}
+
+void FileExtractor::throwCutShort(const FileIndexEntry& entry, std::uint64_t found) const {
+  services_.log("The launcher file " + launcherFile_ + " has changed: wanted " +
+                    longToString(entry.length) + " bytes of " + entry.fileName + ", found " +
+                    longToString(static_cast<std::int64_t>(found)),
+                LogLevel::Error);
+  throw LauncherException(services_.messages.errorText(ErrorId::ExtractionFailed));
+}
+
+/// To the user it is as if the directory in the name did not exist.
+void FileExtractor::throwBadName(const SString& name) const {
+  services_.log("Could not write \"" + name + "\" :  not the name of a file", LogLevel::Error);
+  throw LauncherException(writeErrorText(longToString(ENOENT)));
+}
+
+void FileExtractor::throwWriteError(const SString& path, int error) const {
+  logWriteError(path, error);
+  throw LauncherException(writeErrorText(longToString(error)));
+}
+
+/// The user's text says what to do, the log which file it was.
+void FileExtractor::logWriteError(const SString& path, int error) const {
+  services_.log("Could not write " + path + " :  " + systemErrorText(error), LogLevel::Error);
 }
 
 SString FileExtractor::writeErrorText(const SString& detail) const {

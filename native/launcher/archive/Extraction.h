@@ -1,6 +1,7 @@
 // Copies files out of the launcher file: one by one, and those that are needed once a run.
 #pragma once
 
+#include <cstdint>
 #include <unordered_map>
 
 #include "launcher/archive/LauncherFile.h"
@@ -10,25 +11,37 @@
 
 namespace vessant {
 
+class NewFile;
+class UniqueFd;
+
+/// What becomes of a copy that could not be finished.
+enum class PartialFile { Stays, Removed };
+
 class FileExtractor {
  public:
   /// `launcherFile` is the path of the file whose index is used. Both must outlive this.
   FileExtractor(const SString& launcherFile, const RunServices& services)
       : launcherFile_(launcherFile), services_(services) {}
 
-  /// Copies one file into `directory` under its own name and returns the path of the copy. JVM
-  /// installers and embedded launchers come out executable. The copy is not registered anywhere:
-  /// callers extract into a temporary directory.
+  /// Copies one file into `directory` under its own name and returns the path of the copy. What
+  /// lies there under that name is removed first, a directory excepted. JVM installers and embedded
+  /// launchers come out executable. The copy is not registered anywhere: one in a temporary
+  /// directory goes with it, and so does a part of one.
   ///
-  /// Throws LauncherException when the disk is too small, when writing fails and when the user
-  /// cancelled; a partly written copy is left for the clean-up of its directory. A launcher file
-  /// that ends early makes a short copy.
-  [[nodiscard]] SString extractFile(const FileIndexEntry& entry, const SString& directory) const;
+  /// Throws LauncherException, and writes the reason to the log, when the entry has no name of a
+  /// file, when the disk is too small, when writing fails, when the user cancelled, and when the
+  /// launcher file ends ahead of the entry's last byte.
+  [[nodiscard]] SString extractFile(const FileIndexEntry& entry, const SString& directory,
+                                    PartialFile onFailure = PartialFile::Stays) const;
 
  private:
-  void checkSpace(const FileIndexEntry& entry, const SString& directory) const;
-  /// Returns 0 or the error number that ended the copying.
-  [[nodiscard]] int copyBytes(const FileIndexEntry& entry, const SString& target) const;
+  void checkSpace(const FileIndexEntry& entry, const SString& directory, const SString& path) const;
+  void fill(NewFile& target, const SString& path, const UniqueFd& source,
+            const FileIndexEntry& entry) const;
+  [[noreturn]] void throwCutShort(const FileIndexEntry& entry, std::uint64_t found) const;
+  [[noreturn]] void throwBadName(const SString& name) const;
+  [[noreturn]] void throwWriteError(const SString& path, int error) const;
+  void logWriteError(const SString& path, int error) const;
   [[nodiscard]] SString writeErrorText(const SString& detail) const;
 
   const SString& launcherFile_;

@@ -1,9 +1,11 @@
 #include "launcher/archive/TempFiles.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,6 +13,7 @@
 
 #include "launcher/base/DeleteFullDir.h"
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
 
 namespace vessant {
@@ -27,22 +30,21 @@ struct FreeMemory {
   void operator()(char* memory) const { std::free(memory); }
 };
 
-// Both return 0 or the error number, read before anything else can run.
+// Both make something where nothing lies. They return 0 or the error number, read before anything
+// else can run, and fill `identity` with that of what they made.
 
-int createExclusively(const SString& path) {
+int createExclusively(const SString& path, std::optional<FileIdentity>& identity) {
   constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  const int fd = ::open(path.cString(), kFlags, kFileMode);
-  if (fd < 0) return errno;
-  ::close(fd);
+  const UniqueFd file(::open(path.cString(), kFlags, kFileMode));
+  if (!file.isOpen()) return errno;
+  identity = identityOf(file.get());
   return 0;
 }
 
-int createDirectory(const SString& path) {
-  return ::mkdir(path.cString(), kDirectoryMode) == 0 ? 0 : errno;
-}
-
-void removeFirst(StringDeque& paths, const SString& path) {
-  paths.removeAt(paths.indexOf(path));
+int createDirectory(const SString& path, std::optional<FileIdentity>& identity) {
+  if (::mkdir(path.cString(), kDirectoryMode) != 0) return errno;
+  identity = identityOf(AT_FDCWD, path.cString());
+  return 0;
 }
 
 }  // namespace
@@ -61,26 +63,26 @@ SString TempFiles::tempRootSetting() const {
 SString TempFiles::createTempDir() {
   int error = EEXIST;
   for (int attempt = 0; attempt < kMostAttempts && error == EEXIST; ++attempt) {
-    SString path = newName();
-    error = createDirectory(path);
-    if (error != 0) continue;
-    directories_.add(path);
-    return path;
+    TempPath temp = {newName(), {}};
+    error = createDirectory(temp.path, temp.identity);
+    if (error == 0) return add(directories_, std::move(temp));
   }
   throw LauncherException(systemErrorText(error));
 }
 
 SString TempFiles::createTempFile() {
-  SString path;
   int error = EEXIST;
+  TempPath temp;
   for (int attempt = 0; attempt < kMostAttempts && error == EEXIST; ++attempt) {
-    path = newName();
-    error = createExclusively(path);
-    if (error != 0) continue;
-    registerTempFile(path);
-    return path;
+    temp.path = newName();
+    error = createExclusively(temp.path, temp.identity);
+    if (error == 0) return add(files_, std::move(temp));
   }
-  throw LauncherException("Error creating tmp file " + path);
+  throw LauncherException("Error creating tmp file " + temp.path);
+}
+
+void TempFiles::registerTempFile(const SString& path) {
+  add(files_, {path, identityOf(AT_FDCWD, path.cString())});
 }
 
 void TempFiles::unregisterTempFile(const SString& path) {
@@ -91,17 +93,11 @@ void TempFiles::unregisterTempDir(const SString& path) {
   removeFirst(directories_, path);
 }
 
+/// Files first: those of a program that the run has started may lie in its directories.
 bool TempFiles::cleanupTempFiles() {
   try {
-    for (const StringDeque* paths : {&files_, &directories_}) {
-      for (const SString& path : *paths) {
-        if (isDirectory(path)) {
-          DeleteFullDir(services_).navigate(path);
-        } else {
-          deletePath(path, services_);
-        }
-      }
-    }
+    deleteAll(files_);
+    deleteAll(directories_);
   } catch (...) {
     // Whatever it is, the run is over and nobody is left to tell. What lies behind the failing path
     // stays: the caller learns that the clean-up is not complete and leaves the launcher in place.
@@ -110,6 +106,23 @@ bool TempFiles::cleanupTempFiles() {
   files_.clear();
   directories_.clear();
   return true;
+}
+
+/// A directory may have been registered as a file and the other way round; DeleteFullDir takes
+/// both.
+void TempFiles::deleteAll(const TempPaths& paths) {
+  for (const TempPath& temp : paths) DeleteFullDir(services_, temp.identity).navigate(temp.path);
+}
+
+SString TempFiles::add(TempPaths& paths, TempPath temp) {
+  paths.add(std::make_unique<TempPath>(std::move(temp)));
+  return paths.getLast()->path;
+}
+
+void TempFiles::removeFirst(TempPaths& paths, const SString& path) {
+  for (std::int32_t i = 0; i < paths.count(); ++i) {
+    if (paths.get(i)->path == path) return paths.removeAt(i);
+  }
 }
 
 /// tempnam only chooses the name. Whoever uses it creates it exclusively, so that nobody else can

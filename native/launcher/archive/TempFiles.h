@@ -3,12 +3,16 @@
 // Life cycle: a path is made under the temporary root and registered in the same step; whoever
 // asked for it uses it freely; cleanupTempFiles deletes everything registered, once, at the end of
 // the run. A path that must outlive the run is unregistered first. Names are made new and never
-// taken over from what already lies there.
+// taken over from what already lies there. With each path goes the identity of what was made, so
+// that the clean-up leaves alone what somebody else has put in its place.
 #pragma once
 
+#include <optional>
+
+#include "launcher/base/PathUtil.h"
+#include "launcher/base/PtrDeque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 
 namespace vessant {
 
@@ -33,23 +37,34 @@ class TempFiles {
   SString createTempDir();
   SString createTempFile();
 
-  /// For what somebody else has made; the clean-up deletes it, too.
-  void registerTempFile(const SString& path) { files_.add(path); }
+  /// For what somebody else has made; the clean-up deletes it, too. A path under which nothing lies
+  /// yet is deleted whatever lies there then.
+  void registerTempFile(const SString& path);
   /// Forget the first registered path that is equal, so that it stays: its user outlives this run.
   void unregisterTempFile(const SString& path);
   void unregisterTempDir(const SString& path);
 
   /// Deletes the files, then the directories with all they hold, in the order of their making.
-  /// Returns whether every path was handled; never throws.
+  /// Returns whether every path was handled, which one that stays is, too; never throws.
   bool cleanupTempFiles();
 
  private:
+  struct TempPath {
+    SString path;
+    std::optional<FileIdentity> identity;
+  };
+  using TempPaths = PtrDeque<TempPath>;
+
+  /// Registers what was made; returns its path.
+  static SString add(TempPaths& paths, TempPath temp);
+  static void removeFirst(TempPaths& paths, const SString& path);
   SString newName();
+  void deleteAll(const TempPaths& paths);
 
   const RunServices& services_;
   SString& root_;
-  StringDeque files_;
-  StringDeque directories_;
+  TempPaths files_;
+  TempPaths directories_;
 };
 
 /// Removes an embedded launcher's own file, and its directory when that is then empty. Failures are

@@ -1,6 +1,8 @@
 #include "launcher/base/PathUtil.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace vessant {
@@ -8,6 +10,16 @@ namespace {
 
 constexpr std::string_view kAnySeparator = "/\\";
 constexpr std::size_t kPathBufferSize = 1024;
+
+std::optional<FileIdentity> askIdentity(int fd, const char* name, int flags) {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  struct statx status = {};
+  if (::statx(fd, name, flags, STATX_INO | STATX_BTIME, &status) != 0) return std::nullopt;
+  const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
+  return FileIdentity{
+      makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino,
+      knowsBirth ? status.stx_btime.tv_sec * kNanoseconds + status.stx_btime.tv_nsec : 0};
+}
 
 }  // namespace
 
@@ -38,6 +50,14 @@ bool fileExists(const SString& path) {
 bool isDirectory(const SString& path) {
   struct stat status = {};
   return ::stat(path.cString(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<FileIdentity> identityOf(int fd) {
+  return askIdentity(fd, "", AT_EMPTY_PATH);
+}
+
+std::optional<FileIdentity> identityOf(int directory, const char* name) {
+  return askIdentity(directory, name, AT_SYMLINK_NOFOLLOW);
 }
 
 SString currentDirectory() {

@@ -1,7 +1,11 @@
 // Questions on paths and the one separator of this platform.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string_view>
+
+#include <sys/types.h>
 
 #include "launcher/base/SString.h"
 
@@ -26,6 +30,21 @@ void ensureTrailingSeparator(SString& path);
 [[nodiscard]] bool fileExists(const SString& path);
 /// True when the path leads to a directory.
 [[nodiscard]] bool isDirectory(const SString& path);
+
+/// What tells a file from every other one, also from one that takes its place later.
+struct FileIdentity {
+  dev_t device = 0;
+  ino_t inode = 0;
+  /// When the file was made, in nanoseconds, because inode numbers are used again; 0 where the file
+  /// system does not know.
+  std::int64_t birth = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+
+/// The identity of an open file, or of what lies under a name in an open directory (AT_FDCWD for
+/// the current one; a link is itself). None when it cannot be told, such as for a missing file.
+[[nodiscard]] std::optional<FileIdentity> identityOf(int fd);
+[[nodiscard]] std::optional<FileIdentity> identityOf(int directory, const char* name);
 
 /// The current directory, or the empty text when it cannot be told in 1023 bytes.
 [[nodiscard]] SString currentDirectory();

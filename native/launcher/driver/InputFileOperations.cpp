@@ -34,7 +34,7 @@ void LauncherMain::writeExtractedInputFile() {
     } else if (entry.type == FileType::Instructions) {
       tags.setValue(inputkey::kInstructions, entry.fileName);
     }
-    static_cast<void>(services_.extractor.extractFile(entry, ""));
+    static_cast<void>(services_.extractor.extractFile(entry, "", PartialFile::Removed));
   }
   tags.save(kExtractedInputFile);
 }

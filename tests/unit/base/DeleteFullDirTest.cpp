@@ -1,17 +1,23 @@
 // Deleting trees, what stays of them, and which warnings tell of it.
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "launcher/base/DeleteFullDir.h"
 #include "support/FakeRun.h"
+#include "support/ProcessScope.h"
 #include "support/SpoiledErrno.h"
+#include "support/StubbornEntries.h"
 #include "support/TempTree.h"
 
 namespace vessant::test {
@@ -19,6 +25,32 @@ namespace {
 
 namespace fs = std::filesystem;
 using Paths = std::vector<std::string>;
+
+constexpr uid_t kOrdinaryUser = 65534;
+
+/// Makes an ordinary user the owner of a whole tree.
+void giveAway(const std::string& path) {
+  if (::geteuid() != 0) return;
+  ASSERT_EQ(::lchown(path.c_str(), kOrdinaryUser, kOrdinaryUser), 0);
+  if (!fs::is_directory(fs::symlink_status(path))) return;
+  for (const auto& entry : fs::directory_iterator(path)) giveAway(entry.path().string());
+}
+
+/// The rights of an ordinary user, while it lives.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() : wasRoot_(::geteuid() == 0) {
+    if (wasRoot_ && ::seteuid(kOrdinaryUser) != 0) ADD_FAILURE() << "cannot change the user";
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() {
+    if (wasRoot_ && ::seteuid(0) != 0) std::abort();
+  }
+
+ private:
+  bool wasRoot_;
+};
 
 class DeleteFullDirTest : public testing::Test {
  protected:
@@ -31,9 +63,10 @@ class DeleteFullDirTest : public testing::Test {
     return deletePath(SString(std::string_view(path)), run.services);
   }
 
-  /// Something that no user can delete: stat takes it for the directory that it leads to.
+  /// A file that nobody can delete.
   std::string undeletable(const std::string& relative) {
-    return tree.link(relative, tree.dir("elsewhere"));
+    stubborn.add(fs::path(relative).filename().string());
+    return tree.file(relative);
   }
   [[nodiscard]] std::string warning(const std::string& relative, int error) const {
     return "Could not delete " + tree.path(relative) + " :  " + std::strerror(error);
@@ -45,8 +78,25 @@ class DeleteFullDirTest : public testing::Test {
     }
   }
 
+  void deleteNothing(const std::string& path, const std::optional<FileIdentity>& expected) {
+    EXPECT_FALSE(DeleteFullDir(run.services, expected).navigate(SString(path)));
+    EXPECT_TRUE(run.log.lines().empty());
+  }
+  /// Makes directories of this name below one another in "top", each with a file and a sibling.
+  void makeDeep(const std::string& name, int depth) {
+    UniqueFd directory(::open(tree.dir("top").c_str(), O_RDONLY | O_DIRECTORY));
+    for (int i = 0; i < depth; ++i) {
+      UniqueFd(::openat(directory.get(), "file", O_WRONLY | O_CREAT, 0600));
+      for (const char* child : {"sibling", name.c_str(), "last"}) {
+        ASSERT_EQ(::mkdirat(directory.get(), child, 0700), 0);
+      }
+      directory = UniqueFd(::openat(directory.get(), name.c_str(), O_RDONLY | O_DIRECTORY));
+      ASSERT_TRUE(directory.isOpen());
+    }
+  }
   TempTree tree;
   FakeRun run;
+  StubbornEntries stubborn;
 };
 
 // One path.
@@ -69,18 +119,38 @@ TEST_F(DeleteFullDirTest, ALinkToAFileGoesAndTheFileStays) {
   EXPECT_EQ(tree.list(), Paths{"file"});
 }
 
-TEST_F(DeleteFullDirTest, ALinkToADirectoryStaysWithAWarning) {
-  EXPECT_FALSE(deleteOne(undeletable("link")));
-  EXPECT_EQ(tree.list(), (Paths{"elsewhere", "link"}));
-  expectWarnings({warning("link", ENOTDIR)});
+TEST_F(DeleteFullDirTest, ALinkToADirectoryGoesAndTheDirectoryStays) {
+  tree.file("elsewhere/precious");
+  EXPECT_TRUE(deleteOne(tree.link("link", tree.path("elsewhere"))));
+  EXPECT_TRUE(deleteOne(tree.link("link", tree.path("elsewhere")) + "/"));
+  EXPECT_EQ(tree.list(), (Paths{"elsewhere", "elsewhere/precious"}));
+  EXPECT_TRUE(run.log.lines().empty());
 }
 
-TEST_F(DeleteFullDirTest, WhatStatCannotFollowStaysSilently) {
-  EXPECT_FALSE(deleteOne(tree.path("missing")));
-  EXPECT_FALSE(deleteOne(tree.link("dangling", tree.path("missing"))));
-  EXPECT_FALSE(deleteOne(""));
-  EXPECT_EQ(tree.list(), Paths{"dangling"});
+TEST_F(DeleteFullDirTest, ALinkToNothingGoes) {
+  EXPECT_TRUE(deleteOne(tree.link("dangling", tree.path("missing"))));
+  EXPECT_TRUE(tree.list().empty());
+}
+
+TEST_F(DeleteFullDirTest, WhereNothingLiesNothingIsSaid) {
+  for (const std::string& path : {tree.path("missing"), tree.path("missing/file"), std::string()}) {
+    EXPECT_FALSE(deleteOne(path)) << path;
+  }
   EXPECT_TRUE(run.log.lines().empty());
+}
+
+TEST_F(DeleteFullDirTest, ARelativePathAndOneWithoutANameCount) {
+  tree.dir("here/inner");
+  tree.file("file");
+  const fs::path before = fs::current_path();
+  fs::current_path(tree.path("here"));
+  EXPECT_TRUE(deleteOne("inner"));
+  EXPECT_TRUE(deleteOne("../file"));
+  EXPECT_FALSE(deleteOne("."));
+  EXPECT_FALSE(deleteOne("/"));
+  fs::current_path(before);
+  EXPECT_EQ(tree.list(), (Paths{"here"}));
+  EXPECT_EQ(run.log.lines().size(), 2U) << "neither could be deleted";
 }
 
 TEST_F(DeleteFullDirTest, ADirectoryThatIsNotEmptyStaysWithAWarning) {
@@ -99,11 +169,15 @@ TEST_F(DeleteFullDirTest, AWarningNamesTheErrorOfTheDeletionWhateverRunsBehindIt
   expectWarnings({warning("dir", ENOTEMPTY)});
 }
 
+// The directory is not part of what is deleted, so that its permissions are left as they are.
 TEST_F(DeleteFullDirTest, AFileThatMayNotBeDeletedStaysWithAWarning) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may delete everything";
   tree.file("closed/file");
   fs::permissions(tree.path("closed"), fs::perms::owner_read | fs::perms::owner_exec);
-  EXPECT_FALSE(deleteOne(tree.path("closed/file")));
+  giveAway(tree.root());
+  {
+    const OrdinaryUser user;
+    EXPECT_FALSE(deleteOne(tree.path("closed/file")));
+  }
   expectWarnings({warning("closed/file", EACCES)});
 }
 
@@ -167,75 +241,47 @@ TEST_F(DeleteFullDirTest, AnUndeletableFileStaysWithTheDirectoriesAboveIt) {
   EXPECT_EQ(tree.list("top"), (Paths{"one", "one/two", "one/two/kept"}));
 }
 
-TEST_F(DeleteFullDirTest, TheContentBehindALinkStays) {
+TEST_F(DeleteFullDirTest, LinksGoAndWhatTheyLeadToStays) {
   tree.file("elsewhere/precious", "text");
-  undeletable("top/link");
+  tree.link("top/directory", tree.path("elsewhere"));
+  tree.link("top/file", tree.path("elsewhere/precious"));
+  tree.link("top/sub/dangling", tree.path("missing"));
+  tree.link("top/sub/self", tree.path("top"));
+  tree.link("top/sub/inner", tree.file("top/own"));
   EXPECT_FALSE(deleteTree("top"));
-  EXPECT_EQ(readFile(tree.path("elsewhere/precious")), "text");
+  EXPECT_EQ(tree.list(), (Paths{"elsewhere", "elsewhere/precious"}));
+  EXPECT_TRUE(run.log.lines().empty());
+}
+
+TEST_F(DeleteFullDirTest, AStartThatIsALinkGoesAsALink) {
+  tree.file("elsewhere/precious");
+  tree.link("link", tree.path("elsewhere"));
+  EXPECT_FALSE(deleteTree("link/"));
+  EXPECT_EQ(tree.list(), (Paths{"elsewhere", "elsewhere/precious"}));
 }
 
 TEST_F(DeleteFullDirTest, EachFailureIsLoggedAsAWarning) {
   undeletable("top/kept");
   EXPECT_FALSE(deleteTree("top"));
-  expectWarnings({warning("top/kept", ENOTDIR), warning("top", ENOTEMPTY)});
+  expectWarnings({warning("top/kept", EPERM), warning("top", ENOTEMPTY)});
 }
 
-TEST_F(DeleteFullDirTest, ALinkToNothingStaysSilentlyAndItsDirectoryWithAWarning) {
-  tree.link("top/dangling", tree.path("missing"));
-  EXPECT_FALSE(deleteTree("top"));
-  EXPECT_EQ(tree.list("top"), Paths{"dangling"});
-  expectWarnings({warning("top", ENOTEMPTY)});
-}
-
-TEST_F(DeleteFullDirTest, ALinkToAFileOfTheTreeItselfStaysOnceItsFileIsGone) {
-  tree.link("top/sub/link", tree.file("top/file"));
-  EXPECT_FALSE(deleteTree("top"));
-  EXPECT_EQ(tree.list("top"), (Paths{"sub", "sub/link"}));
-  expectWarnings({warning("top/sub", ENOTEMPTY)});
-}
-
-TEST_F(DeleteFullDirTest, ADirectoryIsNotTriedWhenTheLeftoverAtItsPositionLiesBelowIt) {
-  undeletable("top/a/kept");
-  EXPECT_FALSE(deleteTree("top"));
-  EXPECT_EQ(tree.list("top"), (Paths{"a", "a/kept"}));
-  expectWarnings({warning("top/a/kept", ENOTDIR), warning("top/a", ENOTEMPTY)});
-}
-
-TEST_F(DeleteFullDirTest, ADirectoryIsTriedWhenNoLeftoverIsAtItsPosition) {
-  // Visited: top, top/a, top/a/b. The list of leftovers is [top/a/b, top/a] in the end: at the
-  // position of "top/a" it had nothing yet, at that of "top" it has "top/a/b".
+TEST_F(DeleteFullDirTest, TheDirectoriesAboveALeftoverAreToldOfButNotTheStart) {
   undeletable("top/a/b/kept");
   EXPECT_FALSE(deleteTree("top"));
   EXPECT_EQ(tree.list("top"), (Paths{"a", "a/b", "a/b/kept"}));
-  expectWarnings({warning("top/a/b/kept", ENOTDIR), warning("top/a/b", ENOTEMPTY),
-                  warning("top/a", ENOTEMPTY)});
+  expectWarnings(
+      {warning("top/a/b/kept", EPERM), warning("top/a/b", ENOTEMPTY), warning("top/a", ENOTEMPTY)});
 }
 
-/// The order in which the system tells the two directories decides which is visited first.
-bool isToldBefore(const std::string& directory, const std::string& first) {
-  for (const auto& entry : fs::directory_iterator(directory)) {
-    if (entry.is_directory()) return entry.path().filename() == first;
-  }
-  return false;
-}
-
-TEST_F(DeleteFullDirTest, ALeftoverWhoseNameOnlyBeginsAlikeKeepsADirectoryToo) {
-  // Visited: top, top/x, top/xy, top/xy/z. When the turn comes to "top/x", the leftovers are
-  // [top/xy/z, top/xy], and the one at its position begins with its text.
-  int attempt = 0;
-  std::string name;
-  std::string top;
-  do {
-    ASSERT_LT(attempt, 64) << "the system tells every pair in the same order";
-    top = std::string("top") + std::to_string(attempt);
-    name = std::string("x") + std::to_string(attempt);
-    tree.dir(top + "/" + (attempt % 2 == 0 ? name : name + "y"));
-    tree.dir(top + "/" + (attempt % 2 == 0 ? name + "y" : name));
-    ++attempt;
-  } while (!isToldBefore(tree.path(top), name + "y"));
-  undeletable(top + "/" + name + "y/z/kept");
-  EXPECT_FALSE(deleteTree(top));
-  EXPECT_EQ(tree.list(top), (Paths{name, name + "y", name + "y/z", name + "y/z/kept"}));
+TEST_F(DeleteFullDirTest, WhatIsGoneMeanwhileIsNoFailure) {
+  tree.file("top/a/file");
+  stubborn.beforeEach = [&](const std::string& name) {
+    fs::remove_all(tree.path("top/a/" + name));
+  };
+  EXPECT_FALSE(deleteTree("top"));
+  EXPECT_TRUE(tree.list().empty());
+  EXPECT_TRUE(run.log.lines().empty());
 }
 
 TEST_F(DeleteFullDirTest, SiblingsOfALeftoverGo) {
@@ -245,15 +291,131 @@ TEST_F(DeleteFullDirTest, SiblingsOfALeftoverGo) {
   EXPECT_EQ(tree.list("top"), (Paths{"a", "a/kept"}));
 }
 
-TEST_F(DeleteFullDirTest, WhatAClosedDirectoryHoldsStays) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may delete everything";
+// What lies there in the place of what is meant.
+
+TEST_F(DeleteFullDirTest, OnlyTheExpectedFileGoes) {
+  const std::string file = tree.file("file", "ours");
+  const auto ours = identityOf(AT_FDCWD, file.c_str());
+  fs::rename(file, tree.path("moved"));
+  tree.file("file", "not ours");
+  EXPECT_FALSE(deletePath(SString(file), run.services, ours));
+  EXPECT_EQ(tree.list(), (Paths{"file", "moved"}));
+  EXPECT_EQ(run.log.texts(),
+            Paths{"Could not delete " + file + " :  something else has taken its place"});
+  EXPECT_TRUE(deletePath(SString(tree.path("moved")), run.services, ours));
+}
+
+TEST_F(DeleteFullDirTest, OnlyTheExpectedTreeGoes) {
+  const std::string top = tree.dir("top");
+  const auto ours = identityOf(AT_FDCWD, top.c_str());
+  tree.file("elsewhere/precious");
+  fs::rename(top, tree.path("moved"));
+  const auto deleteIt = [&] {
+    EXPECT_FALSE(DeleteFullDir(run.services, ours).navigate(SString(top)));
+    EXPECT_EQ(run.log.texts(),
+              Paths{"Could not delete " + top + " :  something else has taken its place"});
+    run.log.clear();
+  };
+  tree.link("top", tree.path("elsewhere"));
+  deleteIt();
+  fs::remove(top);
+  tree.file("top/precious");
+  deleteIt();
+  EXPECT_EQ(tree.list(),
+            (Paths{"elsewhere", "elsewhere/precious", "moved", "top", "top/precious"}));
+  fs::remove_all(top);
+  deleteNothing(top, ours);
+}
+
+// An inode number is given out again as soon as its file is gone.
+TEST_F(DeleteFullDirTest, ANewTreeWithTheOldNumberStays) {
+  const std::string top = tree.dir("top");
+  const auto ours = identityOf(AT_FDCWD, top.c_str());
+  ASSERT_TRUE(ours.has_value());
+  if (ours->birth == 0) GTEST_SKIP() << "the file system does not know when a file was made";
+  fs::remove(top);
+  tree.file("top/precious");
+  DeleteFullDir(run.services, ours).navigate(SString(top));
+  EXPECT_EQ(tree.list("top"), Paths{"precious"});
+}
+
+// While a file is deleted, somebody exchanges the directories above it for a link to others.
+TEST_F(DeleteFullDirTest, NothingCanBeSwappedInMeanwhile) {
+  tree.file("top/sub/deep/file");
+  tree.file("elsewhere/deep/file");
+  tree.file("elsewhere/precious");
+  stubborn.beforeEach = [&](const std::string& name) {
+    if (name != "file" || fs::exists(tree.path("moved"))) return;
+    fs::rename(tree.path("top"), tree.path("moved"));
+    fs::create_directory(tree.path("top"));
+    fs::create_directory_symlink(tree.path("elsewhere"), tree.path("top/sub"));
+  };
+  EXPECT_FALSE(deleteTree("top"));
+  EXPECT_EQ(tree.list("elsewhere"), (Paths{"deep", "deep/file", "precious"}));
+  EXPECT_EQ(tree.list("top"), Paths{"sub"});
+  EXPECT_TRUE(tree.list("moved").empty());
+}
+
+// Trees deeper than any path can tell.
+
+TEST_F(DeleteFullDirTest, ATreeDeeperThanTheLongestPathGoes) {
+  constexpr int kDepth = 100;  // of 200 bytes each, five times what a path can hold
+  const std::string name(200, 'd');
+  makeDeep(name, kDepth);
+  const std::size_t before = openDescriptors();
+  EXPECT_FALSE(deleteTree("top"));
+  EXPECT_TRUE(tree.list().empty());
+  EXPECT_TRUE(run.log.lines().empty());
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(DeleteFullDirTest, ADeepTreeGoesWithFewDescriptors) {
+  makeDeep("d", 200);
+  rlimit before = {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit few = {openDescriptors() + 80, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  EXPECT_FALSE(deleteTree("top"));
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_TRUE(tree.list().empty());
+}
+
+// What its owner has closed.
+
+class ClosedDirectories : public DeleteFullDirTest, public testing::WithParamInterface<int> {};
+
+TEST_P(ClosedDirectories, AreOpenedAndGo) {
+  tree.file("top/closed/file");
+  tree.file("top/closed/sub/file");
+  fs::permissions(tree.path("top/closed/sub"), fs::perms(GetParam()));
+  fs::permissions(tree.path("top/closed"), fs::perms(GetParam()));
+  fs::permissions(tree.path("top"), fs::perms(GetParam()));
+  giveAway(tree.root());
+  {
+    const OrdinaryUser user;
+    EXPECT_FALSE(deleteTree("top"));
+  }
+  EXPECT_TRUE(tree.list().empty());
+  EXPECT_TRUE(run.log.lines().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEveryKind, ClosedDirectories,
+                         testing::Values(0500, 0400, 0300, 0200, 0100, 0000));
+
+// What belongs to somebody else.
+
+TEST_F(DeleteFullDirTest, WhatSomebodyElseClosedStays) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can be two users";
   tree.file("top/closed/file");
   tree.file("top/open/file");
-  fs::permissions(tree.path("top/closed"), fs::perms::owner_read | fs::perms::owner_exec);
-  EXPECT_FALSE(deleteTree("top"));
+  giveAway(tree.root());
+  ASSERT_EQ(::chown(tree.path("top/closed").c_str(), 0, 0), 0);
+  {
+    const OrdinaryUser user;
+    EXPECT_FALSE(deleteTree("top"));
+  }
   EXPECT_EQ(tree.list("top"), (Paths{"closed", "closed/file"}));
-  EXPECT_TRUE(run.log.contains(warning("top/closed/file", EACCES), LogLevel::Warning));
-  EXPECT_TRUE(run.log.contains(warning("top/closed", ENOTEMPTY), LogLevel::Warning));
+  expectWarnings({warning("top/closed/file", EACCES), warning("top/closed", ENOTEMPTY)});
 }
 
 }  // namespace

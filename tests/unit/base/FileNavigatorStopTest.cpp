@@ -31,7 +31,7 @@ TEST_F(FileNavigatorStopTest, TheSubclassStopsTheWalkAtOnce) {
   walk.onFile = [](const std::string&) { return true; };
   EXPECT_TRUE(walk.walk());
   EXPECT_EQ(walk.files.size(), 1U);
-  EXPECT_EQ(walk.visited().size(), 2U) << "the start and one of its two directories";
+  EXPECT_EQ(walk.visited.size(), 2U) << "the start and one of its two directories";
 }
 
 TEST_F(FileNavigatorStopTest, AStopAtTheVeryLastFileIsAStopToo) {
@@ -56,7 +56,7 @@ TEST_F(FileNavigatorStopTest, ACancelledRunIsNotWalkedAtAll) {
   run.cancelFlag.set();
   EXPECT_FALSE(walk.walk());
   EXPECT_TRUE(walk.events.empty());
-  EXPECT_TRUE(walk.visited().empty());
+  EXPECT_TRUE(walk.visited.empty());
 }
 
 TEST_F(FileNavigatorStopTest, CancellingEndsTheWalkBeforeTheNextEntry) {
@@ -65,7 +65,7 @@ TEST_F(FileNavigatorStopTest, CancellingEndsTheWalkBeforeTheNextEntry) {
   walk.onFile = [&](const std::string&) { return run.cancelFlag.set(), false; };
   EXPECT_FALSE(walk.walk()) << "it was not the subclass that stopped it";
   EXPECT_EQ(walk.files.size(), 1U);
-  EXPECT_EQ(walk.visited().size(), 2U);
+  EXPECT_EQ(walk.visited.size(), 2U);
 }
 
 TEST_F(FileNavigatorStopTest, CancellingBetweenDirectoriesLeavesTheNextUnread) {
@@ -73,7 +73,7 @@ TEST_F(FileNavigatorStopTest, CancellingBetweenDirectoriesLeavesTheNextUnread) {
   walk.onDirectory = [&](const std::string&) { return run.cancelFlag.set(), false; };
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.events.size(), 1U);
-  EXPECT_EQ(walk.visited().size(), 1U);
+  EXPECT_EQ(walk.visited.size(), 1U);
 }
 
 TEST_F(FileNavigatorStopTest, AStopIsReportedAlsoWhenTheRunIsCancelled) {
@@ -125,7 +125,7 @@ TEST_F(FileNavigatorStopTest, DirectoriesAreNotCounted) {
   makeFiles("a", 999);
   for (int i = 0; i < 10; ++i) tree.dir(std::string("d") + std::to_string(i));
   walk.walk();
-  EXPECT_EQ(walk.visited().size(), 12U);
+  EXPECT_EQ(walk.visited.size(), 12U);
   EXPECT_EQ(run.progress.steps, 0);
 }
 

@@ -101,9 +101,9 @@ TEST_F(FileNavigatorTest, RemembersTheVisitedDirectoriesInTheirOrder) {
   for (const std::string& event : walk.events) {
     if (event.starts_with("enter ")) entered.push_back(event.substr(6));
   }
-  EXPECT_EQ(walk.visited(), entered);
-  EXPECT_EQ(walk.visited().size(), 1U + 3U + 3U * 3U * 3U);
-  EXPECT_EQ(walk.visited().front(), ".");
+  EXPECT_EQ(walk.visited, entered);
+  EXPECT_EQ(walk.visited.size(), 1U + 3U + 3U * 3U * 3U);
+  EXPECT_EQ(walk.visited.front(), ".");
 }
 
 TEST_F(FileNavigatorTest, AddsASeparatorOnlyWhenTheDirectoryHasNone) {
@@ -111,7 +111,7 @@ TEST_F(FileNavigatorTest, AddsASeparatorOnlyWhenTheDirectoryHasNone) {
   tree.file("dir/sub/b");
   EXPECT_FALSE(walk.walkFrom(tree.path("dir/")));
   EXPECT_EQ(walk.sortedFiles(), (Paths{"dir/a", "dir/sub/b"}));
-  EXPECT_EQ(walk.visited(), (Paths{"dir/", "dir/sub"})) << "the start stands as it was given";
+  EXPECT_EQ(walk.visited, (Paths{"dir/", "dir/sub"})) << "the start stands as it was given";
 }
 
 TEST_F(FileNavigatorTest, ARelativeStartGivesRelativePaths) {
@@ -147,7 +147,7 @@ TEST_F(FileNavigatorTest, AStartThatIsNotADirectoryIsPassedOverSilently) {
   const std::string file = tree.file("file");
   for (const std::string& start : {file, tree.path("missing"), std::string()}) {
     EXPECT_FALSE(walk.walkFrom(start));
-    EXPECT_EQ(walk.visited().size(), 1U);
+    EXPECT_EQ(walk.visited.size(), 1U);
   }
   EXPECT_TRUE(walk.files.empty());
   EXPECT_TRUE(run.log.lines().empty());
@@ -162,7 +162,7 @@ TEST_F(FileNavigatorTest, ADirectoryThatIsGoneWhenItsTurnComesIsPassedOverSilent
   };
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.files, Paths{"stays/a"});
-  EXPECT_EQ(walk.visited().size(), 3U);
+  EXPECT_EQ(walk.visited.size(), 3U);
   EXPECT_TRUE(run.log.lines().empty());
 }
 
@@ -173,7 +173,7 @@ TEST_F(FileNavigatorTest, ADirectoryThatMayNotBeReadIsPassedOverSilently) {
   fs::permissions(tree.path("closed"), fs::perms::none);
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.files, Paths{"open/b"});
-  EXPECT_EQ(walk.visited().size(), 3U);
+  EXPECT_EQ(walk.visited.size(), 3U);
   EXPECT_TRUE(run.log.lines().empty());
 }
 
@@ -184,7 +184,7 @@ TEST_F(FileNavigatorTest, ASkippedDirectoryIsVisitedButNotRead) {
   walk.onDirectory = [](const std::string& path) { return path == "skipped"; };
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.files, Paths{"read/c"});
-  Paths visited = walk.visited();
+  Paths visited = walk.visited;
   std::sort(visited.begin(), visited.end());
   EXPECT_EQ(visited, (Paths{".", "read", "skipped"}));
 }
@@ -194,7 +194,7 @@ TEST_F(FileNavigatorTest, TheStartCanBeSkippedToo) {
   walk.onDirectory = [](const std::string&) { return true; };
   EXPECT_FALSE(walk.walk());
   EXPECT_TRUE(walk.files.empty());
-  EXPECT_EQ(walk.visited(), Paths{"."});
+  EXPECT_EQ(walk.visited, Paths{"."});
 }
 
 TEST_F(FileNavigatorTest, ADeepTreeNeedsNoRecursion) {
@@ -203,7 +203,7 @@ TEST_F(FileNavigatorTest, ADeepTreeNeedsNoRecursion) {
   tree.file(path + "/a");
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.files, Paths{path + "/a"});
-  EXPECT_EQ(walk.visited().size(), 301U);
+  EXPECT_EQ(walk.visited.size(), 301U);
 }
 
 TEST_F(FileNavigatorTest, EveryWalkStartsAnew) {
@@ -212,7 +212,7 @@ TEST_F(FileNavigatorTest, EveryWalkStartsAnew) {
   walk.walkFrom(tree.path("one"));
   walk.walkFrom(tree.path("two"));
   EXPECT_EQ(walk.files, (Paths{"one/a", "two/b"}));
-  EXPECT_EQ(walk.visited(), Paths{"two"});
+  EXPECT_EQ(walk.visited, Paths{"two"});
 }
 
 TEST_F(FileNavigatorTest, FilesMayBeDeletedWhileTheWalkRuns) {

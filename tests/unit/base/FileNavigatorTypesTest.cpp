@@ -32,7 +32,7 @@ class FileNavigatorTypesTest : public testing::Test {
     makeNode("socket", S_IFSOCK);
   }
   [[nodiscard]] Paths sortedVisits() const {
-    Paths visits = walk.visited();
+    Paths visits = walk.visited;
     std::sort(visits.begin(), visits.end());
     return visits;
   }
@@ -52,7 +52,7 @@ TEST_F(FileNavigatorTypesTest, ASocketIsTakenForADirectoryThatCannotBeOpened) {
   makeNode("socket", S_IFSOCK);
   EXPECT_FALSE(walk.walk());
   EXPECT_TRUE(walk.files.empty());
-  EXPECT_EQ(walk.visited(), (Paths{".", "socket"}));
+  EXPECT_EQ(walk.visited, (Paths{".", "socket"}));
   EXPECT_TRUE(run.log.lines().empty());
 }
 
@@ -63,7 +63,7 @@ TEST_F(FileNavigatorTypesTest, DevicesDifferInTheDirectoryBit) {
   }
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.files, Paths{"char"});
-  EXPECT_EQ(walk.visited(), (Paths{".", "block"}));
+  EXPECT_EQ(walk.visited, (Paths{".", "block"}));
 }
 
 TEST_F(FileNavigatorTypesTest, EachTypeIsTakenAlikeWhetherToldOrAskedFor) {
@@ -74,7 +74,7 @@ TEST_F(FileNavigatorTypesTest, EachTypeIsTakenAlikeWhetherToldOrAskedFor) {
   EXPECT_EQ(walk.sortedFiles(), files);
   EXPECT_EQ(sortedVisits(), directories);
 
-  const EntryHook untold([](dirent& entry) { entry.d_type = DT_UNKNOWN; });
+  const EntryHook untold([](dirent64& entry) { entry.d_type = DT_UNKNOWN; });
   walk.files.clear();
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.sortedFiles(), files);
@@ -94,26 +94,26 @@ TEST_F(FileNavigatorTypesTest, TheTypeThatTheDirectoryTellsDecides) {
                             {"socket", DT_SOCK, true},   {"unheard of", DT_WHT, true}};
   tree.file("entry");
   for (const TypeCase& typeCase : table) {
-    const EntryHook told([&](dirent& entry) {
+    const EntryHook told([&](dirent64& entry) {
       if (std::strcmp(entry.d_name, "entry") == 0) entry.d_type = typeCase.type;
     });
     walk.files.clear();
     EXPECT_FALSE(walk.walk());
     EXPECT_EQ(walk.files, typeCase.isDirectory ? Paths{} : Paths{"entry"}) << typeCase.name;
-    EXPECT_EQ(walk.visited(), typeCase.isDirectory ? (Paths{".", "entry"}) : Paths{"."})
+    EXPECT_EQ(walk.visited, typeCase.isDirectory ? (Paths{".", "entry"}) : Paths{"."})
         << typeCase.name;
   }
 }
 
 TEST_F(FileNavigatorTypesTest, AnEntryThatIsGoneWhenAskedForIsAFile) {
   tree.dir("gone");
-  const EntryHook vanishing([&](dirent& entry) {
+  const EntryHook vanishing([&](dirent64& entry) {
     entry.d_type = DT_UNKNOWN;
     if (std::strcmp(entry.d_name, "gone") == 0) ::rmdir(tree.path("gone").c_str());
   });
   EXPECT_FALSE(walk.walk());
   EXPECT_EQ(walk.files, Paths{"gone"});
-  EXPECT_EQ(walk.visited(), Paths{"."});
+  EXPECT_EQ(walk.visited, Paths{"."});
 }
 
 }  // namespace

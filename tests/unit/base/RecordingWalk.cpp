@@ -12,13 +12,8 @@ bool RecordingWalk::walk() {
 }
 
 bool RecordingWalk::walkFrom(const std::string& start) {
+  visited.clear();
   return navigate(SString(std::string_view(start)));
-}
-
-std::vector<std::string> RecordingWalk::visited() const {
-  std::vector<std::string> paths;
-  for (const SString& path : visitedDirectories()) paths.push_back(relative(path));
-  return paths;
 }
 
 std::vector<std::string> RecordingWalk::sortedFiles() const {
@@ -27,14 +22,15 @@ std::vector<std::string> RecordingWalk::sortedFiles() const {
   return sorted;
 }
 
-bool RecordingWalk::processFile(const SString& path) {
-  files.push_back(relative(path));
+bool RecordingWalk::processFile(const FoundFile& file) {
+  files.push_back(relative(file.path()));
   events.push_back("file " + files.back());
   return onFile(files.back());
 }
 
 bool RecordingWalk::skipDirectory(const SString& path) {
-  events.push_back("enter " + relative(path));
+  visited.push_back(relative(path));
+  events.push_back("enter " + visited.back());
   return onDirectory(relative(path));
 }
 

@@ -21,7 +21,6 @@ class RecordingWalk : public FileNavigator {
   /// Walks from exactly this text.
   bool walkFrom(const std::string& start);
 
-  [[nodiscard]] std::vector<std::string> visited() const;
   [[nodiscard]] std::vector<std::string> sortedFiles() const;
 
   /// What processFile and skipDirectory answer.
@@ -29,11 +28,13 @@ class RecordingWalk : public FileNavigator {
   std::function<bool(const std::string&)> onDirectory = [](const std::string&) { return false; };
 
   std::vector<std::string> files;
+  /// The directories of the last walk, in the order in which it asked for them.
+  std::vector<std::string> visited;
   /// Both kinds of calls in their order: "enter DIRECTORY" and "file PATH".
   std::vector<std::string> events;
 
  protected:
-  bool processFile(const SString& path) override;
+  bool processFile(const FoundFile& file) override;
   bool skipDirectory(const SString& path) override;
 
  private:

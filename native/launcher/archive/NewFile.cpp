@@ -1,0 +1,52 @@
+#include "launcher/archive/NewFile.h"
+
+#include <cerrno>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "launcher/base/PathUtil.h"
+
+namespace vessant {
+namespace {
+
+constexpr mode_t kFileMode = 0666;
+constexpr mode_t kExecutable = S_IXUSR | S_IXGRP | S_IXOTH;
+
+}  // namespace
+
+NewFile::NewFile(const SString& directory, const SString& name, const UniqueFd& keep)
+    : name_(name),
+      directory_(::open(directory.isEmpty() ? "." : directory.cString(),
+                        O_PATH | O_DIRECTORY | O_CLOEXEC)) {
+  error_ = directory_.isOpen() ? create(keep) : errno;
+}
+
+int NewFile::create(const UniqueFd& keep) {
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  const std::optional<FileIdentity> found = identityOf(directory_.get(), name_.cString());
+  if (found && found == identityOf(keep.get())) return ETXTBSY;
+  // Removed instead of cut: whoever laid a link there, or reads the old file, is none the wiser.
+  if (::unlinkat(directory_.get(), name_.cString(), 0) != 0 && errno != ENOENT) return errno;
+  file_.reset(::openat(directory_.get(), name_.cString(), kFlags, kFileMode));
+  return file_.isOpen() ? 0 : errno;
+}
+
+void NewFile::makeExecutable() const {
+  struct stat status = {};
+  // Either failure shows when the program is started.
+  if (::fstat(file_.get(), &status) != 0) return;
+  static_cast<void>(::fchmod(file_.get(), (status.st_mode & ALLPERMS) | kExecutable));
+}
+
+int NewFile::close() {
+  return file_.close() == 0 || errno == EINTR ? 0 : errno;
+}
+
+void NewFile::remove() const {
+  static_cast<void>(::unlinkat(directory_.get(), name_.cString(), 0));
+}
+
+}  // namespace vessant
