@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -39,7 +40,11 @@ class FindFilesTest : public testing::Test {
   OpenFindFiles walker(const SString& tempRoot = "/tmp") {
     return {run.services, suffixes, listener, tempRoot};
   }
-  bool process(const char* path) { return walker().processFile(path); }
+  bool process(const std::string& path) {
+    const std::size_t name = path.rfind('/') + 1;
+    SString directory(path.substr(0, name));
+    return walker().processFile(FoundFile(AT_FDCWD, path.c_str() + name, directory));
+  }
   bool walk(const std::string& root) { return walker().navigate(text(root)); }
 
   FakeRun run;
