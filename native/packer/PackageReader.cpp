@@ -47,9 +47,13 @@ Package packageOf(const Manifest& manifest) {
   package.mode = manifest.mode;
   package.launcher = ByteSource(str(manifest.launcher));
   package.launcherLine = lineOf(text, "LAUNCHER");
+  package.isComplete = manifest.files.size() == text.valuesOf("FILES").size();
   for (const PackedFile& file : manifest.files) {
     const std::optional<ByteSource> bytes = openIfReadable(str(file.path));
-    if (!bytes) continue;
+    if (!bytes) {
+      package.isComplete = false;
+      continue;
+    }
     package.files.push_back({file.type, file.id, str(file.name), str(file.path), file.line, *bytes,
                              file.unpacks ? file.unpacks->bytes : 0});
   }
@@ -63,7 +67,10 @@ Package packageOf(const Installer& installer, Findings& findings) {
   package.mode = installer.modeByte();
   package.launcher = installer.launcher();
   for (const FileIndexEntry& entry : installer.entries()) {
-    if (!installer.isWithin(entry)) continue;
+    if (!installer.isWithin(entry)) {
+      package.isComplete = false;
+      continue;
+    }
     checkEnding(installer, entry, findings);
     const std::string name = str(entry.fileName);
     package.files.push_back(

@@ -29,6 +29,7 @@ class LaunchCheck {
  private:
   void collectJvmFiles();
   void tryWith(const TagText& jvmFile);
+  void keepCertain(const Findings& found);
   void checkShell(const ShellReading& reading);
   void checkBarePath(const std::string& what);
   void checkStart(const ShellReading& reading, const TagText& jvmFile);
@@ -64,7 +65,7 @@ void LaunchCheck::run(const LaunchCheckOptions& options) {
   line_ = command->line;
   collectJvmFiles();
   for (const TagText* jvmFile : jvmFiles_) tryWith(*jvmFile);
-  checkClassPath();
+  if (package_.isComplete) checkClassPath();
   checkArchiveTag();
   checkUnused();
   if (options.strict) checkPlanted();
@@ -87,7 +88,9 @@ void LaunchCheck::tryWith(const TagText& jvmFile) {
   for (const PackageFile* archive : package_.all(FileType::ClassPathArchive)) {
     world.archives.push_back(archive->id);
   }
-  const TrialCommand command = tryCommand(world, jvmFile, findings_);
+  Findings found;
+  const TrialCommand command = tryCommand(world, jvmFile, found);
+  keepCertain(found);
   used_.usesClassPath = used_.usesClassPath || command.usesClassPath;
   used_.usesApplicationArchive = used_.usesApplicationArchive || command.usesApplicationArchive;
   if (command.usesSystemProperties && !isMessageFile(jvmFile)) {
@@ -97,7 +100,16 @@ void LaunchCheck::tryWith(const TagText& jvmFile) {
   if (command.isBroken) return;
   const ShellReading reading = readShellWords(command.text);
   checkShell(reading);
-  checkStart(reading, jvmFile);
+  if (package_.isComplete) checkStart(reading, jvmFile);
+}
+
+/// The tags and archives of a file that is not there are not known.
+void LaunchCheck::keepCertain(const Findings& found) {
+  for (const Finding& finding : found.sorted()) {
+    const bool mayBeInMissingFile =
+        finding.name == "unknown-jvm-tag" || finding.name == "missing-archive";
+    if (package_.isComplete || !mayBeInMissingFile) findings_.add(finding);
+  }
 }
 
 void LaunchCheck::checkShell(const ShellReading& reading) {

@@ -38,6 +38,8 @@ struct Package {
   std::optional<ByteSource> launcher;
   int launcherLine = 0;
   std::vector<PackageFile> files;
+  /// False when a file is named but not there: then nothing can be said of what is missing.
+  bool isComplete = true;
   /// The statements of the script that is used.
   std::vector<Statement> statements;
 

@@ -8,6 +8,7 @@
 #include "packer/Text.h"
 #include "packer/check/ScriptFlow.h"
 #include "packer/check/StatementCheck.h"
+#include "packer/check/TagCheck.h"
 
 namespace vessant {
 namespace {
@@ -229,9 +230,8 @@ std::vector<Statement> readStatements(const TagText& script) {
 
 void checkScript(const TagText& script, const std::vector<Statement>& statements,
                  Findings& findings) {
-  if (script.isReadable() && script.find("INSTRUCTIONS") == nullptr) {
-    findings.error(script.file(), 1, "missing-tag",
-                   "there is no INSTRUCTIONS, whose values are the statements");
+  if (script.isReadable()) {
+    requireTag(script, "INSTRUCTIONS", "whose values are the statements", findings);
   }
   checkStatements(script.file(), statements, findings);
   checkVariables(script.file(), statements, findings);

@@ -40,7 +40,7 @@ class ScriptFilesCheck {
 
 void ScriptFilesCheck::run() {
   for (const Statement& statement : package_.statements) checkId(statement);
-  checkNeeded();
+  if (package_.isComplete) checkNeeded();
   checkUnused();
 }
 
@@ -53,6 +53,7 @@ void ScriptFilesCheck::checkId(const Statement& statement) {
   if (file == nullptr && statement.verb == Verb::ILaunch && *id == 0) return;
   const bool wantsLauncher = statement.verb == Verb::ExecuteLauncher;
   const FileType wanted = wantsLauncher ? FileType::EmbeddedLauncher : FileType::JvmFile;
+  if (file == nullptr && !package_.isComplete) return;
   if (file == nullptr) {
     findings_.error(script_.label, statement.line, "unknown-id",
                     "no file has the id " + *argument + idsOf(wanted));
@@ -137,6 +138,7 @@ void checkScriptFiles(const Package& package, Findings& findings) {
   checkSecond(package, FileType::Instructions, "second-script", "instruction script", findings);
   checkSecond(package, FileType::LaunchScript, "second-launch-script", "launch script", findings);
   const PackageFile* script = package.first(FileType::Instructions);
+  if (script == nullptr && !package.isComplete) return;
   if (script == nullptr) {
     findings.error(package.label, package.line, "no-script",
                    "there is no instruction script, and the installer only ends with status 255: "

@@ -90,6 +90,14 @@ void TagCheck::checkOneValue(const TextTag& tag) {
                       " counts: write all of it in one line, or remove the others");
 }
 
+/// A tag that is misspelt is reported as such, and not as missing, too.
+bool isMisspelt(const TagText& text, const std::string& name) {
+  return std::any_of(text.tags().begin(), text.tags().end(), [&name](const TextTag& tag) {
+    return tag.name != name && nearest(tag.name, {name}) &&
+           findTagRule(TextKind::JvmFile, tag.name) == nullptr;
+  });
+}
+
 }  // namespace
 
 void checkTags(const TagText& text, TextKind kind, const MacroTags& macroTags, Findings& findings) {
@@ -98,7 +106,7 @@ void checkTags(const TagText& text, TextKind kind, const MacroTags& macroTags, F
 
 void requireTag(const TagText& text, const char* name, const std::string& purpose,
                 Findings& findings) {
-  if (text.find(name) != nullptr && !text.textOf(name).empty()) return;
+  if (!text.textOf(name).empty() || isMisspelt(text, name)) return;
   const TextTag* empty = text.find(name);
   const int line = empty == nullptr ? 1 : empty->line;
   findings.error(text.file(), line, "missing-tag",

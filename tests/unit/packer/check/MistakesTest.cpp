@@ -178,7 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextMistake{"setup.instructions",
                     "INSTRUCTIONS",
                     "INSTRUCTION",
-                    {"setup.instructions:1 unknown-tag", "setup.instructions:1 missing-tag"}},
+                    {"setup.instructions:1 unknown-tag"}},
         TextMistake{
             "setup.launch", "DISPLAY_CONSOLE", "DISPLAY_CONSOL", {"setup.launch:2 unknown-tag"}},
         TextMistake{"setup.launch",
