@@ -10,7 +10,6 @@
 #include <CLI/Formatter.hpp>
 
 #include "launcher/base/Exceptions.h"
-#include "packer/BundleJvmCommand.h"
 #include "packer/CatCommand.h"
 #include "packer/CheckCommand.h"
 #include "packer/DiffCommand.h"
@@ -18,7 +17,7 @@
 #include "packer/ExtractCommand.h"
 #include "packer/InfoCommand.h"
 #include "packer/InitCommand.h"
-#include "packer/JvmCommand.h"
+#include "packer/JvmCommands.h"
 #include "packer/ListCommand.h"
 #include "packer/Nearest.h"
 #include "packer/PackCommand.h"

@@ -10,8 +10,7 @@
 #include "packer/bundle/RuntimeInstaller.h"
 #include "packer/init/Project.h"
 #include "packer/init/ProjectDirectory.h"
-#include "packer/init/ProjectTexts.h"
-#include "packer/init/Title.h"
+#include "packer/WrittenText.h"
 
 namespace vessant {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <elf.h>
 
-#include "packer/Template.h"
+#include "packer/WrittenText.h"
 
 namespace vessant {
 namespace {

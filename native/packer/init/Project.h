@@ -1,7 +1,9 @@
-// A new installer, as `vspack init` is asked for one.
+// A new installer, as `vspack init` is asked for one, and what it writes for the author to pack and
+// to go on with.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "packer/init/ApplicationJar.h"
 #include "packer/jvm/JavaRange.h"
@@ -32,5 +34,24 @@ struct Project {
 [[nodiscard]] std::string installerNameOf(const Project& project);
 [[nodiscard]] std::string jarNameOf(const Project& project);
 [[nodiscard]] std::string runtimeNameOf(const Project& project);
+
+/// A JVM file that is no JVM's: launched, it makes the launch command print on standard error which
+/// Java is needed, what to install and how to name one, and end with status 3.
+[[nodiscard]] std::string noJavaFileText(const JavaRange& range);
+
+/// The same for a bundled runtime that could not be unpacked or run.
+[[nodiscard]] std::string noRuntimeFileText();
+
+/// The tag of those two files that the launch command prints.
+inline constexpr const char* kNoJavaTag = "NO_JAVA";
+
+struct ProjectFile {
+  std::string name;
+  std::string text;
+};
+
+/// All texts of a project: manifest, script, launch script, JVM files and a page for the author.
+/// Throws LauncherException when the title cannot be shown.
+[[nodiscard]] std::vector<ProjectFile> textsOf(const Project& project);
 
 }  // namespace vessant

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "packer/Text.h"
-#include "packer/jvm/JavaPlaces.h"
-#include "packer/jvm/TagLines.h"
+#include "packer/WrittenText.h"
+#include "packer/jvm/JavaRange.h"
 
 namespace vessant {
 namespace {

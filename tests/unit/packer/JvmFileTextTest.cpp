@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "launcher/tagfile/TagFile.h"
-#include "packer/jvm/JavaPlaces.h"
+#include "packer/WrittenText.h"
+#include "packer/jvm/JavaRange.h"
 #include "packer/jvm/JvmFileText.h"
-#include "packer/jvm/TagLines.h"
 #include "support/BuildPaths.h"
 #include "support/FakeRun.h"
 #include "support/TempTree.h"
@@ -17,12 +17,9 @@
 namespace vessant::test {
 namespace {
 
-using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 struct JvmFileText : testing::Test {
   std::vector<std::string> values(const std::string& text, const char* name) {
@@ -104,52 +101,6 @@ TEST_F(JvmFileText, TheExamplesAreWhatVspackWrites) {
     const std::string name = "/examples/jvm/java-" + std::to_string(oldest) + "-or-newer.jvm";
     EXPECT_EQ(readFile(kSourceDir + name), jvmFileText({.range = {oldest, {}}})) << name;
   }
-}
-
-TEST(JavaPlaces, LieInTheRange) {
-  const std::vector<std::string> places = pathHints({17, 21});
-  EXPECT_THAT(places, Contains("/usr/lib/jvm/java-17-openjdk-amd64"));
-  EXPECT_THAT(places, Contains("/usr/lib/jvm/temurin-21-jre"));
-  EXPECT_THAT(places, Each(Not(HasSubstr("25"))));
-  EXPECT_THAT(places, Each(Not(HasSubstr("11"))));
-  EXPECT_THAT(platformHints({17, 21}), Contains("JAVA_HOME_17_X64"));
-}
-
-TEST(JavaPlaces, BeginBesideTheInstallerAndWithTheNewest) {
-  const std::vector<std::string> places = pathHints({17, {}});
-  EXPECT_EQ(places.front(), "jre");
-  const auto at = [&](const char* place) { return std::find(places.begin(), places.end(), place); };
-  EXPECT_LT(at("/usr/lib/jvm/default-java"), at("/usr/lib/jvm/java-21-openjdk"));
-  EXPECT_LT(at("/usr/lib/jvm/java-21-openjdk"), at("/usr/lib/jvm/java-17-openjdk"));
-  EXPECT_EQ(platformHints({17, {}}).front(), "JAVA_HOME");
-}
-
-TEST(JavaPlaces, HaveTheOldNamesOfJava8) {
-  EXPECT_THAT(pathHints({8, 8}), Contains("/usr/lib/jvm/java-1.8.0-openjdk"));
-  EXPECT_THAT(pathHints({9, {}}), Not(Contains(HasSubstr("1.8"))));
-}
-
-TEST(JavaPlaces, CoverTheEndsOfARangeThatIsOutOfUse) {
-  EXPECT_THAT(pathHints({12, 13}), Contains("/usr/lib/jvm/java-12-openjdk"));
-  EXPECT_THAT(pathHints({12, 13}), Contains("/usr/lib/jvm/java-13-openjdk"));
-  EXPECT_LT(pathHints({8, 999}).size(), 500U) << "not one for each number up to the end";
-}
-
-TEST(JavaPlaces, AreNamedOnce) {
-  std::vector<std::string> places = pathHints({8, {}});
-  std::sort(places.begin(), places.end());
-  EXPECT_EQ(std::adjacent_find(places.begin(), places.end()), places.end());
-}
-
-TEST(TagLines, QuoteWhatWouldBeReadDifferently) {
-  EXPECT_EQ(tagValue("plain \"inner\""), "plain \"inner\"");
-  EXPECT_EQ(tagValue(""), "\"\"");
-  EXPECT_EQ(tagValue(" x"), "\" x\"");
-  EXPECT_EQ(tagValue("x\t"), "\"x\t\"");
-  EXPECT_EQ(tagValue("\"x\" y"), "\"\"\"x\"\" y\"");
-  EXPECT_EQ(tagValue("/:"), "\"/:\"");
-  EXPECT_EQ(tagBlock("EMPTY", {}), "");
-  EXPECT_EQ(tagBlock("TWO", {"a", "b "}), "TWO:\n  a\n  \"b \"\n/:\n");
 }
 
 }  // namespace

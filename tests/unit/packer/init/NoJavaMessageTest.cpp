@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "launcher/tagfile/TagFile.h"
-#include "packer/init/NoJavaMessage.h"
+#include "packer/init/Project.h"
 #include "support/FakeRun.h"
 #include "support/ProcessRunner.h"
 #include "support/TempTree.h"

@@ -1,5 +1,6 @@
-#include "packer/init/Title.h"
+#include "packer/WrittenText.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
@@ -8,6 +9,15 @@
 
 namespace vessant {
 namespace {
+
+constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kBlockEnd = "/:";
+
+bool needsQuotes(std::string_view value) {
+  return value.empty() || value.front() == '"' || value == kBlockEnd ||
+         kBlanks.find(value.front()) != std::string_view::npos ||
+         kBlanks.find(value.back()) != std::string_view::npos;
+}
 
 constexpr std::uint32_t kAsciiEnd = 0x80;
 constexpr std::uint32_t kEscapeEnd = 0x10000;
@@ -58,6 +68,27 @@ std::string escape(std::uint32_t character) {
 
 }  // namespace
 
+std::string tagValue(std::string_view value) {
+  if (!needsQuotes(value)) return std::string(value);
+  std::string text = "\"";
+  for (const char character : value) {
+    text += character;
+    if (character == '"') text += character;
+  }
+  return text + '"';
+}
+
+std::string tagLine(std::string_view name, std::string_view value) {
+  return std::string(name) + ": " + tagValue(value) + "\n";
+}
+
+std::string tagBlock(std::string_view name, const std::vector<std::string>& values) {
+  if (values.empty()) return "";
+  std::string text = std::string(name) + ":\n";
+  for (const std::string& value : values) text += "  " + tagValue(value) + "\n";
+  return text.append(kBlockEnd) + "\n";
+}
+
 std::string escapedTitle(const std::string& title) {
   std::string text;
   for (std::size_t i = 0; i < title.size();) {
@@ -70,6 +101,24 @@ std::string escapedTitle(const std::string& title) {
     text += isPlain ? std::string(1, static_cast<char>(character)) : escape(character);
   }
   return text;
+}
+
+std::string filled(std::string_view text, const Fillings& fillings) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t begin = std::min(text.find('<'), text.size());
+    result += text.substr(0, begin);
+    text.remove_prefix(begin);
+    const std::size_t end = text.find('>');
+    const std::string_view name = text.substr(0, end).substr(std::min<std::size_t>(1, text.size()));
+    const auto filling = std::find_if(fillings.begin(), fillings.end(),
+                                      [name](const auto& known) { return known.first == name; });
+    const bool isMark = end != std::string_view::npos && filling != fillings.end();
+    if (isMark) result += filling->second;
+    if (!isMark && !text.empty()) result += text.front();
+    text.remove_prefix(isMark ? end + 1 : std::min<std::size_t>(1, text.size()));
+  }
+  return result;
 }
 
 }  // namespace vessant

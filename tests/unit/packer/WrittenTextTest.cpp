@@ -1,13 +1,24 @@
-// Titles: in ASCII, so that every user's launcher can show them in that user's encoding.
+// What vspack writes for authors: read back, it is what was meant.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/init/Title.h"
+#include "packer/WrittenText.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {
 namespace {
+
+TEST(TagLines, QuoteWhatWouldBeReadDifferently) {
+  EXPECT_EQ(tagValue("plain \"inner\""), "plain \"inner\"");
+  EXPECT_EQ(tagValue(""), "\"\"");
+  EXPECT_EQ(tagValue(" x"), "\" x\"");
+  EXPECT_EQ(tagValue("x\t"), "\"x\t\"");
+  EXPECT_EQ(tagValue("\"x\" y"), "\"\"\"x\"\" y\"");
+  EXPECT_EQ(tagValue("/:"), "\"/:\"");
+  EXPECT_EQ(tagBlock("EMPTY", {}), "");
+  EXPECT_EQ(tagBlock("TWO", {"a", "b "}), "TWO:\n  a\n  \"b \"\n/:\n");
+}
 
 using testing::HasSubstr;
 
@@ -42,6 +53,21 @@ TEST(Title, ControlCharactersAndEmojiAreRefused) {
   EXPECT_THAT(refusal("a\nb"), HasSubstr("must be one line without control characters"));
   EXPECT_THAT(refusal("\x7F"), HasSubstr("must be one line without control characters"));
   EXPECT_THAT(refusal("😀"), HasSubstr("has a character that no launcher can show"));
+}
+
+TEST(Template, FillsEachPlace) {
+  EXPECT_EQ(filled("<A> and <B>, <A>", {{"A", "1"}, {"B", "2"}}), "1 and 2, 1");
+}
+
+TEST(Template, KeepsWhatIsNoPlace) {
+  EXPECT_EQ(filled("", {{"A", "1"}}), "");
+  EXPECT_EQ(filled("a < b <C> <", {{"A", "1"}}), "a < b <C> <");
+  EXPECT_EQ(filled("cat <in >out <A>", {{"A", "1"}}), "cat <in >out 1");
+  EXPECT_EQ(filled("<<A>>", {{"A", "1"}}), "<1>");
+}
+
+TEST(Template, DoesNotLookAtFillingsAgain) {
+  EXPECT_EQ(filled("<A><B>", {{"A", "<B>"}, {"B", "<A>"}}), "<B><A>");
 }
 
 }  // namespace

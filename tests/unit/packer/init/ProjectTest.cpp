@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/init/ProjectTexts.h"
+#include "packer/init/Project.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {
