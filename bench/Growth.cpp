@@ -9,7 +9,7 @@
 
 #include "launcher/base/Handles.h"
 #include "launcher/base/RunServices.h"
-#include "launcher/instructions/InstructionScript.h"
+#include "launcher/instructions/Interpreter.h"
 #include "launcher/tagfile/TagFile.h"
 
 namespace {
@@ -25,12 +25,12 @@ class NoLog : public vessant::LogSink {
 /// Keeps variables and does nothing else.
 class NoActions : public vessant::InstructionActions {
  public:
-  void findJvm(bool, bool) override {}
+  void findJvm(vessant::Display) override {}
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t, std::int16_t) override { return 0; }
   void beginProgress() override {}
   void installEmbeddedJvm(std::int32_t) override {}
   std::int32_t launchWithJvmFile(const SString&, std::int16_t) override { return 0; }
-  void verifyEmbeddedJvmFile(bool, bool, std::int32_t) override {}
+  void verifyEmbeddedJvmFile(vessant::Display, std::int32_t) override {}
   void runEmbeddedLauncher(std::int32_t) override {}
   SString getStringVariable(std::int32_t) const override { return value_; }
   void setStringVariable(std::int32_t, const SString& value) override { value_ = value; }
@@ -82,10 +82,9 @@ void SetStatements(benchmark::State& state) {
   text += "/:\n";
   TagFile tags;
   load(tags, text);
-  const vessant::InstructionScript script(tags);
   for (auto iteration : state) {
     NoActions actions;
-    benchmark::DoNotOptimize(vessant::runInstructions(script, actions));
+    benchmark::DoNotOptimize(vessant::runInstructions(tags, actions));
   }
   state.SetComplexityN(state.range(0));
 }

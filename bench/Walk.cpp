@@ -21,7 +21,7 @@ class PrintPath : public vessant::FileFindListener {
 int main(int count, char** arguments) {
   if (count < 2) return 2;
   vessant::LauncherState state;
-  state.silent = true;
+  state.console.silent = true;
   const vessant::LauncherServices services(state);
   vessant::StringDeque suffixes;
   suffixes.add("bin/java");

@@ -3,7 +3,7 @@
 
 #include "FuzzInput.h"
 #include "launcher/base/Exceptions.h"
-#include "launcher/instructions/InstructionScript.h"
+#include "launcher/instructions/Interpreter.h"
 #include "launcher/tagfile/TagFile.h"
 
 namespace {
@@ -14,12 +14,12 @@ struct OutOfSteps {};
 
 class CountingActions : public vessant::InstructionActions {
  public:
-  void findJvm(bool, bool) override { step(); }
+  void findJvm(vessant::Display) override { step(); }
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t, std::int16_t) override { return step(); }
   void beginProgress() override { step(); }
   void installEmbeddedJvm(std::int32_t) override { step(); }
   std::int32_t launchWithJvmFile(const SString&, std::int16_t) override { return step(); }
-  void verifyEmbeddedJvmFile(bool, bool, std::int32_t) override { step(); }
+  void verifyEmbeddedJvmFile(vessant::Display, std::int32_t) override { step(); }
   void runEmbeddedLauncher(std::int32_t) override { step(); }
   SString getStringVariable(std::int32_t number) const override {
     step();
@@ -68,10 +68,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tags.addValue("INSTRUCTIONS", statement);
     start = end + 1;
   }
-  const vessant::InstructionScript script(tags);
   CountingActions actions;
   try {
-    vessant::runInstructions(script, actions);
+    vessant::runInstructions(tags, actions);
   } catch (const vessant::LauncherException&) {
   } catch (const vessant::InstructionsException&) {
   } catch (const OutOfSteps&) {

@@ -43,6 +43,10 @@ class LauncherFile {
                      const MessageSource& messages);
 
   [[nodiscard]] bool isLoaded() const { return loaded_; }
+  /// Whether an input file has named JVM files. Those of the index are used all the same, behind
+  /// them.
+  [[nodiscard]] bool hasJvmFilesFromInput() const { return jvmFilesFromInput_; }
+  void markJvmFilesFromInput() { jvmFilesFromInput_ = true; }
   [[nodiscard]] const FileIndexEntryPtrDeque& index() const { return index_; }
   /// The first entry with the id or of the type, or null.
   [[nodiscard]] FileIndexEntry* findById(std::uint32_t fileId) const;
@@ -59,6 +63,7 @@ class LauncherFile {
   bool indexRead_ = false;
   bool loaded_ = false;
   bool objectsBuilt_ = false;
+  bool jvmFilesFromInput_ = false;
 };
 
 }  // namespace vessant

@@ -3,14 +3,14 @@
 namespace vessant {
 namespace {
 
-constexpr const char* kVersion = "2.52";
+constexpr const char* kVersion = VESSANT_VERSION;  // the build's one number
 constexpr const char* kSilentOption = "-silent";
 constexpr const char* kLauncherSilentOption = "-vs:silent";
 constexpr const char* kConsoleOption = "-console";
 
 }  // namespace
 
-// In the order of comparison.
+// Compared from first to last. A value is taken as it stands, even when it looks like an option.
 const CommandLineParser::Option CommandLineParser::kOptions[] = {
     {"-vs:log", true, &CommandLineParser::setLog, &CommandLineParser::missingLog},
     {"-vs:orig", true, &CommandLineParser::setOriginal, &CommandLineParser::missingOriginal},
@@ -28,10 +28,10 @@ const CommandLineParser::Option CommandLineParser::kOptions[] = {
     {"-cp:a", true, &CommandLineParser::setClassPathSuffix, nullptr},
 };
 
-DriverOutcome CommandLineParser::parse(const StringDeque& arguments) {
+CommandLineParser::Outcome CommandLineParser::parse(const StringDeque& arguments) {
   state_.originalLauncherCleanup = false;
-  console_.setProgress(0);
-  outcome_ = DriverOutcome();
+  services_.console.setProgress(0);
+  outcome_ = Outcome();
   silenceAskedFor_ = asksForSilence(arguments);
   for (std::int32_t i = 0; i < arguments.count(); ++i) applyAt(arguments, i);
   return outcome_;
@@ -48,6 +48,7 @@ const CommandLineParser::Option* CommandLineParser::findOption(const SString& ar
 void CommandLineParser::applyAt(const StringDeque& arguments, std::int32_t& index) {
   const SString& argument = arguments.get(index);
   const Option* option = findOption(argument);
+  // Also a misspelt option: whether it is one, only the Java program can say.
   if (option == nullptr) return state_.passThroughArguments.add(argument);
   if (!option->takesValue) return (this->*option->apply)(argument);
   if (arguments.isValidIndex(index + 1)) return (this->*option->apply)(arguments.get(++index));
@@ -67,15 +68,11 @@ bool CommandLineParser::asksForSilence(const StringDeque& arguments) {
 
 void CommandLineParser::fail(const SString& message) {
   outcome_.result = kRunFailed;
-  console_.showMessage(message);
-}
-
-void CommandLineParser::setLog(const SString& value) {
-  state_.logFileName = value;
+  services_.console.showMessage(message);
 }
 
 void CommandLineParser::missingLog(const SString& /*value*/) {
-  fail(messages_.errorText(ErrorId::MissingLogFileName));
+  fail(services_.messages.errorText(ErrorId::MissingLogFileName));
 }
 
 void CommandLineParser::setOriginal(const SString& value) {
@@ -89,31 +86,28 @@ void CommandLineParser::missingOriginal(const SString& /*value*/) {
 }
 
 void CommandLineParser::setSilent(const SString& /*value*/) {
-  state_.silent = true;
+  services_.console.setSilent(true);
 }
 
 void CommandLineParser::setSilentAndPass(const SString& value) {
-  state_.silent = true;
+  services_.console.setSilent(true);
   state_.passThroughArguments.add(value);
 }
 
+/// Whatever the script would do is off, unless an input file behind this option turns it on again.
 void CommandLineParser::extract(const SString& /*value*/) {
   actions_.extractFiles();
   outcome_.runDefaultFlow = false;
 }
 
-void CommandLineParser::loadInput(const SString& value) {
-  actions_.loadInputFile(value, outcome_);
-}
-
 void CommandLineParser::missingInput(const SString& /*value*/) {
   outcome_.runDefaultFlow = false;
-  fail(messages_.errorText(ErrorId::MissingInputFileName));
+  fail(services_.messages.errorText(ErrorId::MissingInputFileName));
 }
 
 /// A silent option counts for this line wherever it stands on the command line.
 void CommandLineParser::showVersion(const SString& /*value*/) {
-  if (!silenceAskedFor_) console_.showMessage(kVersion);
+  if (!silenceAskedFor_) services_.console.showMessage(kVersion);
   outcome_.runDefaultFlow = false;
 }
 
@@ -121,6 +115,7 @@ void CommandLineParser::setJavaConsole(const SString& /*value*/) {
   state_.javaConsole = true;
 }
 
+/// "-accessibility", too, reaches the Java program as "-console", the name that it knows.
 void CommandLineParser::setConsoleAndPass(const SString& /*value*/) {
   state_.javaConsole = true;
   state_.passThroughArguments.add(kConsoleOption);

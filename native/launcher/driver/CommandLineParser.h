@@ -2,25 +2,42 @@
 // Java program.
 #pragma once
 
+#include <cstdint>
+
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
+#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
-#include "launcher/driver/OneShotActions.h"
-#include "launcher/driver/output/Console.h"
-#include "launcher/driver/output/Messages.h"
 
 namespace vessant {
 
 class CommandLineParser {
  public:
-  /// Options set fields of the state or ask for one of the actions. All must outlive this.
-  CommandLineParser(LauncherState& state, OneShotActions& actions, Console& console,
-                    const Messages& messages)
-      : state_(state), actions_(actions), console_(console), messages_(messages) {}
+  /// What the command line leaves to be done: the result so far, and whether the default flow, the
+  /// instruction script, is still to run.
+  struct Outcome {
+    std::int32_t result = 0;
+    bool runDefaultFlow = true;
+  };
+
+  /// What the command line asks for at once, while it is being read. Both throw LauncherException.
+  class Actions {
+   public:
+    virtual ~Actions() = default;
+    /// Writes every embedded file and an "input.tag" that names them into the current directory.
+    virtual void extractFiles() = 0;
+    /// Loads an input file and performs its action, which decides about the outcome.
+    virtual void loadInputFile(const SString& value, Outcome& outcome) = 0;
+  };
+
+  /// Options set fields of the state and switch the console and the log, or ask for an action. All
+  /// must outlive this.
+  CommandLineParser(LauncherState& state, LauncherServices& services, Actions& actions)
+      : state_(state), services_(services), actions_(actions) {}
 
   /// Applies every argument from first to last; an error of an option does not stop it. Throws what
-  /// the one-shot actions throw.
-  DriverOutcome parse(const StringDeque& arguments);
+  /// the actions throw.
+  Outcome parse(const StringDeque& arguments);
 
  private:
   using Handler = void (CommandLineParser::*)(const SString& value);
@@ -38,7 +55,7 @@ class CommandLineParser {
   [[nodiscard]] static bool asksForSilence(const StringDeque& arguments);
   void fail(const SString& message);
 
-  void setLog(const SString& value);
+  void setLog(const SString& value) { services_.log.setLogFileName(value); }
   void missingLog(const SString& value);
   void setOriginal(const SString& value);
   void missingOriginal(const SString& value);
@@ -47,7 +64,7 @@ class CommandLineParser {
   void setSilentAndPass(const SString& value);
   void setJavaHome(const SString& value) { state_.javaHome = value; }
   void extract(const SString& value);
-  void loadInput(const SString& value);
+  void loadInput(const SString& value) { actions_.loadInputFile(value, outcome_); }
   void missingInput(const SString& value);
   void showVersion(const SString& value);
   void setJavaConsole(const SString& value);
@@ -56,10 +73,9 @@ class CommandLineParser {
   void setClassPathSuffix(const SString& value) { state_.classPathSuffix = value; }
 
   LauncherState& state_;
-  OneShotActions& actions_;
-  Console& console_;
-  const Messages& messages_;
-  DriverOutcome outcome_;
+  LauncherServices& services_;
+  Actions& actions_;
+  Outcome outcome_;
   bool silenceAskedFor_ = false;
 };
 

@@ -33,7 +33,8 @@ int runLauncher(int argumentCount, const char* const* arguments, LauncherState& 
 }
 
 int reportUnexpectedFailure(const LauncherState& state) {
-  if (!state.silent) std::puts("The launcher ended because of an unexpected internal failure.");
+  if (!state.console.silent)
+    std::puts("The launcher ended because of an unexpected internal failure.");
   return kRunFailed;
 }
 

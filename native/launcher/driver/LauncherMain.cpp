@@ -3,34 +3,23 @@
 #include "launcher/archive/TempFiles.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/driver/CommandLineParser.h"
+#include "launcher/driver/InputFileActions.h"
+#include "launcher/driver/PackageExtraction.h"
+#include "launcher/instructions/Interpreter.h"
 
 namespace vessant {
-namespace {
-
-constexpr std::int32_t kProgressDone = 100;
-
-void checkNumber(std::int32_t number, std::int32_t most, const char* message) {
-  if (number < 1 || number > most) throw LauncherException(message + longToString(number));
-}
-
-std::size_t stringIndex(std::int32_t number) {
-  checkNumber(number, InstructionActions::kStringVariables, "Invalid string variable number: ");
-  return static_cast<std::size_t>(number - 1);
-}
-
-std::size_t numericIndex(std::int32_t number) {
-  checkNumber(number, InstructionActions::kNumericVariables, "Invalid numeric variable number: ");
-  return static_cast<std::size_t>(number - 1);
-}
-
-}  // namespace
 
 LauncherMain::LauncherMain(LauncherState& state)
-    : state_(state), services_(state), objects_(services_) {}
+    : state_(state),
+      services_(state),
+      objects_(state, services_),
+      finder_(state, services_, objects_),
+      installation_(state, services_),
+      program_(state, services_, objects_) {}
 
 LauncherMain::~LauncherMain() {
   const bool handledAll = services_.tempFiles.cleanupTempFiles();
+  // Only behind a whole clean-up: what is left behind is then left together.
   if (handledAll && state_.originalLauncherCleanup) deleteOwnExecutable(state_.launcherFileName);
 }
 
@@ -42,32 +31,22 @@ std::int32_t LauncherMain::run(const StringDeque& arguments, const SString& laun
     return runDriver(arguments);
   } catch (const LauncherException& error) {
     services_.console.showMessage(error.message());
-    logError(error.message());
+    services_.run.log(error.message(), LogLevel::Error);
     return kRunFailed;
   }
 }
 
 std::int32_t LauncherMain::runDriver(const StringDeque& arguments) {
-  DriverOutcome outcome =
-      CommandLineParser(state_, *this, services_.console, services_.messages).parse(arguments);
+  CommandLineParser::Outcome outcome = CommandLineParser(state_, services_, *this).parse(arguments);
   if (!outcome.runDefaultFlow) return outcome.result;
-  if (!state_.launcherFile.isLoaded()) loadLauncherFile(&objects_);
+  objects_.loadLauncherFile();
   outcome.result = runInstructions();
-  services_.console.setProgress(kProgressDone);
+  services_.console.finishProgress();
   return outcome.result;
 }
 
-void LauncherMain::loadLauncherFile(EmbeddedObjectBuilder* builder) {
-  try {
-    state_.launcherFile.loadFileIndex(state_.originalLauncherFileName, builder, services_.log,
-                                      services_.messages);
-  } catch (const LauncherException& error) {
-    throw LauncherException(errorText(ErrorId::IndexNotLoaded) + error.message());
-  }
-}
-
 std::int32_t LauncherMain::runInstructions() {
-  const InstructionScript* script = objects_.instructions();
+  const TagFile* script = objects_.instructions();
   if (script == nullptr) return kRunFailed;
   try {
     return vessant::runInstructions(*script, *this);
@@ -77,24 +56,19 @@ std::int32_t LauncherMain::runInstructions() {
   }
 }
 
-SString LauncherMain::getStringVariable(std::int32_t number) const {
-  return state_.stringVariables[stringIndex(number)];
+void LauncherMain::extractFiles() {
+  PackageExtraction(state_, services_, objects_).extractFiles();
 }
 
-void LauncherMain::setStringVariable(std::int32_t number, const SString& value) {
-  state_.stringVariables[stringIndex(number)] = value;
+void LauncherMain::loadInputFile(const SString& value, CommandLineParser::Outcome& outcome) {
+  InputFileActions(state_, services_, objects_).loadInputFile(value, outcome);
 }
 
-std::int32_t LauncherMain::getNumericVariable(std::int32_t number) const {
-  return state_.numericVariables[numericIndex(number)];
-}
-
-void LauncherMain::setNumericVariable(std::int32_t number, std::int32_t value) {
-  state_.numericVariables[numericIndex(number)] = value;
-}
-
-SString LauncherMain::errorText(ErrorId error) const {
-  return services_.messages.errorText(error);
+void LauncherMain::beginProgress() {
+  // The stage comes first: it is only shown while the display is still on from before.
+  services_.console.showStage(Stage::Initializing);
+  services_.console.resetSearchPhase();
+  services_.console.enableProgress();
 }
 
 }  // namespace vessant

@@ -1,25 +1,24 @@
-// LauncherMain: the run, from the parsed command line to the clean-up, and the operations that the
-// instruction script and the input file call.
-//
-// The operations report through the result variables: by convention N1 tells success (1) or failure
-// (0), S1 holds the Java home or JVM file found and S2 the JVM file that a search found.
+// LauncherMain: the run, from the command line to the clean-up. It owns what a run works with,
+// hands the command line's and the script's wishes to the objects that fulfil them, and turns what
+// fails into the run's result.
 #pragma once
 
 #include <cstdint>
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
+#include "launcher/driver/CommandLineParser.h"
+#include "launcher/driver/JvmFinder.h"
+#include "launcher/driver/JvmInstallation.h"
 #include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/driver/LoadedObjects.h"
-#include "launcher/driver/OneShotActions.h"
+#include "launcher/driver/ProgramLaunch.h"
 #include "launcher/instructions/InstructionActions.h"
-#include "launcher/jvm/JVMSearch.h"
-#include "launcher/tagfile/InputFile.h"
 
 namespace vessant {
 
-class LauncherMain : public InstructionActions, public OneShotActions {
+class LauncherMain : public InstructionActions, public CommandLineParser::Actions {
  public:
   /// The state must outlive this.
   explicit LauncherMain(LauncherState& state);
@@ -30,36 +29,39 @@ class LauncherMain : public InstructionActions, public OneShotActions {
 
   /// The whole run. Returns its result, -1 for a LauncherException, which is shown and logged.
   std::int32_t run(const StringDeque& arguments, const SString& launcherFileName);
-
-  // One-shot actions of the command line.
-  void extractFiles() override;
-  void loadInputFile(const SString& value, DriverOutcome& outcome) override;
-
-  // Operations for the instruction script.
-  void findJvm(bool showProgress, bool showFailure) override;
-  std::int32_t launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) override;
-  void beginProgress() override;
-  /// Mode 0: without progress display; 1: with it; 2: with it, into a directory the user names.
-  void installEmbeddedJvm(std::int32_t mode) override;
-  std::int32_t launchWithJvmFile(const SString& fileName, std::int16_t seconds) override;
-  void verifyEmbeddedJvmFile(bool showProgress, bool showFailure, std::int32_t fileId) override;
-  void runEmbeddedLauncher(std::int32_t fileId) override;
-  [[nodiscard]] SString getStringVariable(std::int32_t number) const override;
-  void setStringVariable(std::int32_t number, const SString& value) override;
-  [[nodiscard]] std::int32_t getNumericVariable(std::int32_t number) const override;
-  void setNumericVariable(std::int32_t number, std::int32_t value) override;
-
-  /// Verifies one JVM: the one at `javaHome` or, when that is empty, the one the file describes.
-  void verifyJvm(bool showProgress, bool showFailure, JVMFile& jvmFile, const SString& javaHome);
   /// Runs the instruction script; -1 when there is none.
   std::int32_t runInstructions();
 
-  // Actions of the input file. Their results are lines on standard output, also in silence.
-  void searchAction(bool showProgress, bool showFailure);
-  void searchAllAction(bool showProgress, bool showFailure);
-  void verifyJvmAction(bool showProgress, bool showFailure, const SString& jvmFile,
-                       const SString& javaHome);
-  void installJvmAction(bool showProgress, const SString& installer, const SString& destination);
+  // Asked for by the command line.
+  void extractFiles() override;
+  void loadInputFile(const SString& value, CommandLineParser::Outcome& outcome) override;
+
+  // Asked for by the instruction script; the objects that do the work say what each does.
+  void beginProgress() override;
+  void findJvm(Display display) override { finder_.findJvm(display); }
+  void verifyEmbeddedJvmFile(Display display, std::int32_t fileId) override {
+    finder_.verifyEmbeddedJvmFile(display, fileId);
+  }
+  void installEmbeddedJvm(std::int32_t mode) override { installation_.installEmbeddedJvm(mode); }
+  std::int32_t launchWithJvmFile(const SString& fileName, std::int16_t seconds) override {
+    return program_.launchWithJvmFile(fileName, seconds);
+  }
+  std::int32_t launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) override {
+    return program_.launchWithEmbeddedJvmFile(fileId, seconds);
+  }
+  void runEmbeddedLauncher(std::int32_t fileId) override { program_.runEmbeddedLauncher(fileId); }
+  [[nodiscard]] SString getStringVariable(std::int32_t number) const override {
+    return state_.variables.getStringVariable(number);
+  }
+  void setStringVariable(std::int32_t number, const SString& value) override {
+    state_.variables.setStringVariable(number, value);
+  }
+  [[nodiscard]] std::int32_t getNumericVariable(std::int32_t number) const override {
+    return state_.variables.getNumericVariable(number);
+  }
+  void setNumericVariable(std::int32_t number, std::int32_t value) override {
+    state_.variables.setNumericVariable(number, value);
+  }
 
   /// The byte that says how the program's exit status is to be taken.
   [[nodiscard]] std::int32_t modeByte() { return services_.modeByte.ownModeByte(); }
@@ -67,30 +69,13 @@ class LauncherMain : public InstructionActions, public OneShotActions {
 
  private:
   std::int32_t runDriver(const StringDeque& arguments);
-  void loadLauncherFile(EmbeddedObjectBuilder* builder);
-  void writeExtractedInputFile();
-  void openInputFile(const SString& value, TagFile& tags);
-  void readInputFile(const SString& value, TagFile& tags);
-  void applyInputFile(const InputFile& input);
-  void performAction(const InputFile& input, DriverOutcome& outcome);
-  void verifyNamedJvm(const InputFile& input, DriverOutcome& outcome);
-  void installNamedJvm(const InputFile& input);
-  [[noreturn]] void rejectAction(const InputFile& input);
-
-  void showSearchStage(bool showProgress);
-  SString writeJvmFile(const JVMMatch& match);
-  void printAllMatches(bool showProgress);
-  [[nodiscard]] SString chooseDestination(std::int32_t mode);
-  void runInstaller(const FileIndexEntry& installer, const SString& destination);
-  SString adoptInstalledJvm(const SString& jvmFile, const SString& destination, bool temporary);
-  std::int32_t launch(JVMFile& jvmFile, std::int16_t seconds);
-  [[nodiscard]] SString embeddedLauncherCommand(const SString& launcher) const;
-  [[nodiscard]] SString errorText(ErrorId error) const;
-  void logError(const SString& text) { services_.run.log(text, LogLevel::Error); }
 
   LauncherState& state_;
   LauncherServices services_;
   LoadedObjects objects_;
+  JvmFinder finder_;
+  JvmInstallation installation_;
+  ProgramLaunch program_;
 };
 
 }  // namespace vessant

@@ -4,8 +4,8 @@ namespace vessant {
 
 LauncherServices::LauncherServices(LauncherState& state)
     : messages(platform),
-      log(state),
-      console(state, messages, state.cancelFlag, stdout, stdin),
+      log(state.log),
+      console(state.console, messages, state.cancelFlag, stdout, stdin),
       run{log, console, messages, state.cancelFlag, platform},
       tempFiles(run, state.tempDirectory),
       extractor(state.originalLauncherFileName, run),

@@ -1,9 +1,10 @@
 // LauncherState: the one process-wide record. It says what the command line and the input file set
 // and carries the result variables. Everything else that lives for the whole run hangs off it by
 // reference, so a test that makes a new one starts afresh.
+//
+// What the log and the console may do is set through them (Log, Console) and kept here.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "launcher/archive/LauncherFile.h"
@@ -11,13 +12,18 @@
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
+#include "launcher/driver/ResultVariables.h"
 #include "launcher/driver/output/Console.h"
 #include "launcher/driver/output/Log.h"
-#include "launcher/instructions/InstructionActions.h"
 
 namespace vessant {
 
-struct LauncherState : LogState, ConsoleState {
+/// The run's result when something has failed; the exit status is then 255.
+inline constexpr std::int32_t kRunFailed = -1;
+
+struct LauncherState {
+  LogState log;
+  ConsoleState console;
   /// The launcher's own file, absolute.
   SString launcherFileName;
   /// The launcher file to read the index from; another one only for an embedded launcher.
@@ -45,8 +51,7 @@ struct LauncherState : LogState, ConsoleState {
   bool javaConsole = false;
   /// The launcher file's mode byte, once it has been read.
   std::int32_t lastTrailerByte = kNoModeByte;
-  std::array<SString, InstructionActions::kStringVariables> stringVariables;
-  std::array<std::int32_t, InstructionActions::kNumericVariables> numericVariables = {};
+  ResultVariables variables;
   CancelFlag cancelFlag;
 };
 

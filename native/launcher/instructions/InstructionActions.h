@@ -7,6 +7,14 @@
 
 namespace vessant {
 
+/// What an operation shows of itself. Scripts give it as two arguments, input files as two keys.
+struct Display {
+  /// Its stage and the progress display, which is turned off otherwise.
+  bool progress = false;
+  /// A message when it finds nothing.
+  bool failure = false;
+};
+
 /// Throws LauncherException for a variable number out of range and whatever the operations throw.
 class InstructionActions {
  public:
@@ -15,12 +23,15 @@ class InstructionActions {
 
   virtual ~InstructionActions() = default;
 
-  virtual void findJvm(bool showProgress, bool showFailure) = 0;
+  virtual void findJvm(Display display) = 0;
+  /// The launches return the program's status. They show their stage when `seconds` is above 0; it
+  /// stays on the screen, however many they are.
   virtual std::int32_t launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) = 0;
   virtual void beginProgress() = 0;
   virtual void installEmbeddedJvm(std::int32_t mode) = 0;
   virtual std::int32_t launchWithJvmFile(const SString& fileName, std::int16_t seconds) = 0;
-  virtual void verifyEmbeddedJvmFile(bool showProgress, bool showFailure, std::int32_t fileId) = 0;
+  virtual void verifyEmbeddedJvmFile(Display display, std::int32_t fileId) = 0;
+  /// Returns only when the launcher could not be started.
   virtual void runEmbeddedLauncher(std::int32_t fileId) = 0;
 
   /// Variables S1 to S10 and N1 to N5. They outlive a run of the script.

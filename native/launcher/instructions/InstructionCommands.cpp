@@ -7,6 +7,7 @@
 namespace vessant {
 namespace {
 
+/// Most commands let the readers report in their own words alone.
 constexpr const char* kNoContext = "";
 
 /// The next token, which must be there.
@@ -33,15 +34,16 @@ std::int16_t requireShort(const InstructionRun& run, StatementArguments& argumen
 }
 
 void executeFindJvm(InstructionRun& run, StatementArguments& arguments) {
-  const bool showProgress = requireBoolean(
+  Display display;
+  display.progress = requireBoolean(
       run, arguments,
       "The first argument to FIND_JVM should be a 1 if the UI should be displayed or a 0 if the "
       "UI should be suppressed.");
-  const bool showFailure = requireBoolean(
+  display.failure = requireBoolean(
       run, arguments,
       "The second argument to FIND_JVM should be a 1 if a find failure message should be displayed "
       "in a UI or 0 if no message should be displayed.");
-  run.actions().findJvm(showProgress, showFailure);
+  run.actions().findJvm(display);
 }
 
 void executeGoto(InstructionRun& run, StatementArguments& arguments) {
@@ -72,7 +74,8 @@ void executeInstallJvm(InstructionRun& run, StatementArguments& arguments) {
   run.actions().installEmbeddedJvm(mode);
 }
 
-/// The messages count from the label; kept, as authors know them.
+/// Kept: the messages count the value as the second argument, as authors know them. A value that is
+/// not there fails as an empty expression, so nothing asks whether it is missing.
 void executeJmp0(InstructionRun& run, StatementArguments& arguments) {
   const std::int32_t value =
       run.numericValue(arguments.nextToken(), "The second argument to JMP0 must be numeric.");
@@ -110,27 +113,29 @@ void executeSet(InstructionRun& run, StatementArguments& arguments) {
       parseVariableSpecification(trimmed(statement.substr(0, equals)),
                                  "Invalid variable specified on left hand side of SET statement.");
   SString value = trimmed(statement.substr(equals + 1));
+  // An empty text would be refused as an expression, but it is how a variable is cleared.
   if (!value.isEmpty())
     value = run.textValue(value, "Invalid expression specified for SET command");
   assign(run.actions(), variable, value);
 }
 
 void executeVerify(InstructionRun& run, StatementArguments& arguments) {
-  const bool showProgress = requireBoolean(
+  Display display;
+  display.progress = requireBoolean(
       run, arguments,
       "The first argument to VERIFY should be a 1 if the UI should be displayed or a 0 if the UI "
       "should be suppressed.");
-  const bool showFailure = requireBoolean(run, arguments,
-                                          "The second argument to VERIFY should be a 1 if a find "
-                                          "failure message should be displayed in "
-                                          "a UI or 0 if no message should be displayed.");
+  display.failure = requireBoolean(
+      run, arguments,
+      "The second argument to VERIFY should be a 1 if a find failure message should be displayed "
+      "in a UI or 0 if no message should be displayed.");
   const std::int32_t fileId = requireNumber(
       run, arguments,
       "The third argument to VERIFY should be the file index number of the jvm file.");
-  run.actions().verifyEmbeddedJvmFile(showProgress, showFailure, fileId);
+  run.actions().verifyEmbeddedJvmFile(display, fileId);
 }
 
-/// The message is that of ILAUNCH; kept, as authors know it.
+/// Kept: the message is that of ILAUNCH, as authors know it.
 void executeEmbeddedLauncher(InstructionRun& run, StatementArguments& arguments) {
   run.actions().runEmbeddedLauncher(requireNumber(
       run, arguments,
@@ -139,7 +144,7 @@ void executeEmbeddedLauncher(InstructionRun& run, StatementArguments& arguments)
 
 void executeComment(InstructionRun& /*run*/, StatementArguments& /*arguments*/) {}
 
-// In the order of comparison.
+// Compared from first to last, byte for byte.
 constexpr InstructionCommand kCommands[] = {
     {"FIND_JVM", executeFindJvm},
     {"GOTO", executeGoto},

@@ -1,7 +1,10 @@
+#include "launcher/instructions/StatementArguments.h"
+
+#include <algorithm>
+
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/instructions/InstructionCommands.h"
 
 namespace vessant {
 namespace {
@@ -19,6 +22,11 @@ SString::Size endOfQuoted(const SString& text, SString::Size open) {
   return SString::npos;
 }
 
+/// A vertical tab or a form feed is part of a plain text, though both separate tokens.
+SString::Size endOfPlain(const SString& text, SString::Size start) {
+  return std::min(text.findFirstOf(kWhitespace, start), text.length());
+}
+
 }  // namespace
 
 SString StatementArguments::nextToken() {
@@ -28,10 +36,13 @@ SString StatementArguments::nextToken() {
 }
 
 SString StatementArguments::nextText(const SString& context) {
-  while (position_ < statement_.length() && isWideSpaceChar(statement_.at(position_))) ++position_;
-  const bool isQuoted = position_ < statement_.length() && statement_.at(position_) == kQuote;
-  if (!isQuoted) return nextToken();
+  while (position_ < statement_.length() && isSpaceChar(statement_.at(position_))) ++position_;
+  if (position_ >= statement_.length()) return "";
   const SString::Size start = position_;
+  if (statement_.at(start) != kQuote) {
+    position_ = endOfPlain(statement_, start);
+    return statement_.substr(start, position_ - start);
+  }
   position_ = endOfQuoted(statement_, start);
   if (position_ == SString::npos) {
     throw LauncherException("Expected ending quote in " + statement_.substr(start) + context);
@@ -40,7 +51,7 @@ SString StatementArguments::nextText(const SString& context) {
 }
 
 SString StatementArguments::rest() const {
-  if (position_ >= statement_.length()) return "";
+  if (position_ >= statement_.length()) return "";  // the command word ended the statement
   return trimmed(statement_.substr(position_));
 }
 

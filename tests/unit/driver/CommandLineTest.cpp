@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "launcher/driver/CommandLineParser.h"
 #include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
@@ -27,7 +28,7 @@ class CommandLineTest : public testing::Test {
  protected:
   CommandLineTest() {
     run.script({"SET N5 = 1"});
-    run.state.progressShown = false;
+    run.state.console.progressShown = false;
   }
 
   [[nodiscard]] bool scriptRan() const { return run.n(5) == 1; }
@@ -39,7 +40,7 @@ TEST_F(CommandLineTest, WithoutArgumentsTheScriptRuns) {
   EXPECT_EQ(run.run(), 0);
   EXPECT_TRUE(scriptRan());
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(CommandLineTest, VersionIsPrintedAndTheScriptDoesNotRun) {
@@ -80,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(EveryPlace, SilentVersionTest,
 TEST_F(CommandLineTest, VersionIsPrintedWhenSilentIsOnlyTheValueOfAnOption) {
   EXPECT_EQ(run.run({"-vs:version", "-cp:a", "-silent", "-vs:javahome", "-vs:silent"}), 0);
   EXPECT_EQ(run.out, "2.52\n");
-  EXPECT_FALSE(run.state.silent);
+  EXPECT_FALSE(run.state.console.silent);
 }
 
 struct ValueOption {
@@ -101,7 +102,7 @@ TEST(CommandLineValues, AreTakenAsTheyStand) {
     DriverRun run;
     run.run({name, "-silent", "-vs:version"});
     EXPECT_EQ(run.state.*field, "-silent") << name;
-    EXPECT_FALSE(run.state.silent) << name;
+    EXPECT_FALSE(run.state.console.silent) << name;
     EXPECT_THAT(texts(run.state.passThroughArguments), IsEmpty()) << name;
   }
 }
@@ -117,8 +118,8 @@ TEST(CommandLineValues, OfALaterOptionWin) {
 TEST(CommandLineValues, OfTheLogAreTakenAsTheyStand) {
   DriverRun run;
   run.run({"-vs:log", "-silent", "-vs:version"});
-  EXPECT_EQ(run.state.logFileName, "-silent");
-  EXPECT_FALSE(run.state.silent);
+  EXPECT_EQ(run.state.log.fileName, "-silent");
+  EXPECT_FALSE(run.state.console.silent);
 }
 
 TEST(CommandLineValues, AreIgnoredWhereTheyAreMissing) {
@@ -209,9 +210,9 @@ TEST_F(CommandLineTest, TheCleanUpFlagIsClearedFirst) {
 }
 
 TEST_F(CommandLineTest, TheProgressCountStartsAtZero) {
-  run.state.progressCount = 500;
+  run.state.console.progressCount = 500;
   run.run({"-vs:version"});
-  EXPECT_EQ(run.state.progressCount, 0);
+  EXPECT_EQ(run.state.console.progressCount, 0);
 }
 
 struct PassedThrough {
@@ -247,7 +248,7 @@ TEST(CommandLineArguments, ReachTheJavaProgramUnlessTheyAreTheLaunchers) {
     run.script({"// nothing"});
     EXPECT_EQ(run.run(expected.arguments), 0);
     EXPECT_EQ(texts(run.state.passThroughArguments), expected.passed);
-    EXPECT_EQ(run.state.silent, expected.silent) << expected.arguments.front();
+    EXPECT_EQ(run.state.console.silent, expected.silent) << expected.arguments.front();
     EXPECT_EQ(run.state.javaConsole, expected.console) << expected.arguments.front();
     EXPECT_EQ(texts(run.state.commandLineArguments), expected.arguments);
   }
@@ -258,7 +259,46 @@ TEST_F(CommandLineTest, ReadingGoesOnBehindAnErrorAndBehindTheVersion) {
   run.run({"-vs:version", "one", "-vs:in", in, "-vs:javahome", "/jdk", "two", "-vs:log"});
   EXPECT_EQ(run.state.javaHome, "/jdk");
   EXPECT_THAT(texts(run.state.passThroughArguments), ElementsAre("one", "two"));
-  EXPECT_FALSE(scriptRan());
+}
+
+/// Records what the command line asks for at once, instead of doing it.
+class RecordingParserActions : public CommandLineParser::Actions {
+ public:
+  void extractFiles() override { asked.emplace_back("extract"); }
+  void loadInputFile(const SString& value, CommandLineParser::Outcome& outcome) override {
+    asked.push_back("in " + str(value));
+    outcome = decision;
+  }
+
+  std::vector<std::string> asked;
+  CommandLineParser::Outcome decision;
+};
+
+struct ParserFixture {
+  CommandLineParser::Outcome parse(const std::vector<std::string>& arguments) {
+    const StdoutCapture capture;
+    return CommandLineParser(state, services, actions).parse(ArgumentList(arguments));
+  }
+
+  LauncherState state;
+  LauncherServices services{state};
+  RecordingParserActions actions;
+};
+
+TEST(CommandLineActions, HappenInTheirOrderAndAsOftenAsTheyAreAskedFor) {
+  ParserFixture fixture;
+  fixture.parse({"-vs:in", "a", "-vs:extract", "x", "-vs:in", "-vs:extract", "-vs:extract"});
+  EXPECT_THAT(fixture.actions.asked, ElementsAre("in a", "extract", "in -vs:extract", "extract"));
+}
+
+TEST(CommandLineActions, LeaveTheDecisionAboutTheScriptToTheInputFile) {
+  ParserFixture fixture;
+  fixture.actions.decision = {.result = -1, .runDefaultFlow = false};
+  EXPECT_FALSE(fixture.parse({"-vs:in", "a"}).runDefaultFlow);
+  EXPECT_EQ(fixture.parse({"-vs:in", "a"}).result, -1);
+  fixture.actions.decision = {};
+  EXPECT_TRUE(fixture.parse({"-vs:version", "-vs:extract", "-vs:in", "a"}).runDefaultFlow);
+  EXPECT_FALSE(fixture.parse({"-vs:in", "a", "-vs:version"}).runDefaultFlow);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ DriverRun::DriverRun() {
   environment.unset("JAVA_HOME");
   environment.unset("TMPDIR");
   tree.dir("app");
-  state.logFileName = SString(tree.path("log.txt"));
+  state.log.fileName = SString(tree.path("log.txt"));
   state.tempDirectory = SString(tree.dir("temp"));
 }
 
@@ -87,11 +87,11 @@ std::string DriverRun::log() const {
 }
 
 std::string DriverRun::s(int number) const {
-  return str(state.stringVariables.at(static_cast<std::size_t>(number - 1)));
+  return str(state.variables.getStringVariable(number));
 }
 
 std::int32_t DriverRun::n(int number) const {
-  return state.numericVariables.at(static_cast<std::size_t>(number - 1));
+  return state.variables.getNumericVariable(number);
 }
 
 std::vector<std::string> texts(const StringDeque& list) {

@@ -45,7 +45,7 @@ class EntryPointTest : public testing::Test {
         .jvmFile(10, "DESC: Java\n")
         .file.modeByte(modeByte)
         .write(run.launcherFile);
-    run.state.progressShown = false;
+    run.state.console.progressShown = false;
   }
 
   DriverRun run;
@@ -158,7 +158,7 @@ TEST_F(EntryPointTest, ShowsTheFailureMessageOf232WhenThereIsNoModeByte) {
       "INSTRUCTIONS: " +
       run.tree.file("script.tag", "INSTRUCTIONS: LAUNCH " + run.tree.file("a.jvm") + " 0\n") +
       "\nLAUNCHSCRIPT: " + run.tree.file("l.tag", "COMMAND: echo -n oops >&2; exit 232\n") + "\n");
-  run.state.progressShown = false;
+  run.state.console.progressShown = false;
   EXPECT_EQ(start(shortFile, {"-vs:in", in}), 232);
   EXPECT_EQ(run.state.lastTrailerByte, kNoModeByte);
   EXPECT_EQ(out, "oops\n");
@@ -201,7 +201,7 @@ TEST(UnexpectedFailure, IsToldInOneLine) {
 
 TEST(UnexpectedFailure, IsHiddenInSilence) {
   LauncherState state;
-  state.silent = true;
+  state.console.silent = true;
   const StdoutCapture capture;
   EXPECT_EQ(reportUnexpectedFailure(state), -1);
   EXPECT_EQ(capture.text(), "");

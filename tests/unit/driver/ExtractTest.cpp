@@ -51,7 +51,7 @@ TEST_F(ExtractTest, WritesEveryFileAndAnInputFile) {
             "INSTRUCTIONS:  script.tag\n"
             "LAUNCHSCRIPT:  launch.tag\n");
   EXPECT_EQ(run.n(5), 0);
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(ExtractTest, NamesTheLastScriptOfAKind) {
@@ -130,7 +130,7 @@ TEST_F(ExtractTest, MakesFilesThatRunTheSameFlow) {
   const ScopedDirectory directory(run.tree.path("work"));
   EXPECT_EQ(plain.run({"-vs:in", "input.tag"}), 0);
   EXPECT_EQ(plain.n(5), 7);
-  EXPECT_EQ(plain.state.uiTitle, "Product");
+  EXPECT_EQ(plain.state.console.uiTitle, "Product");
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ class FindTest : public testing::Test {
   /// Loads the launcher and calls findJvm on it.
   void find(bool showProgress, bool showFailure, const std::vector<std::string>& options = {}) {
     run.run(options);
-    run.perform([&](LauncherMain& launcher) { launcher.findJvm(showProgress, showFailure); });
+    run.perform([&](LauncherMain& launcher) { launcher.findJvm({showProgress, showFailure}); });
   }
 
   DriverRun run;
@@ -75,8 +75,12 @@ TEST_F(FindTest, TakesTheHomeThatTheUserNamesFirst) {
 
 TEST_F(FindTest, ClearsTheVariablesOfTheSearchBefore) {
   run.jvmFile(10, jvmFileText("21"));
-  run.state.numericVariables = {1, 2, 3, 4, 5};
-  for (SString& text : run.state.stringVariables) text = "before";
+  for (int number = 1; number <= 5; ++number) {
+    run.state.variables.setNumericVariable(number, number);
+  }
+  for (int number = 1; number <= 10; ++number) {
+    run.state.variables.setStringVariable(number, "before");
+  }
   find(false, false);
   EXPECT_EQ(run.n(1), 0);
   EXPECT_EQ(run.s(1), "");
@@ -108,22 +112,22 @@ TEST_F(FindTest, ShowsItsStageAndTheProgressWhenAsked) {
   find(true, false);
   EXPECT_EQ(run.out,
             std::string(kStage) + kExtracted + "\nSearching for Java 17\n\nVerifying Java 17\n..");
-  EXPECT_TRUE(run.state.progressShown);
+  EXPECT_TRUE(run.state.console.progressShown);
 }
 
 TEST_F(FindTest, ShowsItsStageOnlyWhenTheProgressDisplayWasOnBefore) {
   run.run();
-  run.state.progressShown = false;
-  run.perform([](LauncherMain& launcher) { launcher.findJvm(true, false); });
+  run.state.console.progressShown = false;
+  run.perform([](LauncherMain& launcher) { launcher.findJvm({true, false}); });
   EXPECT_EQ(run.out, kExtracted);
-  EXPECT_TRUE(run.state.progressShown);
+  EXPECT_TRUE(run.state.console.progressShown);
 }
 
 TEST_F(FindTest, TurnsTheProgressDisplayOffOtherwise) {
   run.jvmFile(10, jvmFileText("17", "PATH_HINT: /no/such/home\n"));
   find(false, false);
   EXPECT_EQ(run.out, "");
-  EXPECT_FALSE(run.state.progressShown);
+  EXPECT_FALSE(run.state.console.progressShown);
 }
 
 TEST_F(FindTest, CanBeRepeated) {
@@ -134,7 +138,7 @@ TEST_F(FindTest, CanBeRepeated) {
   EXPECT_EQ(run.s(1), home);
   const std::string first = run.s(2);
   run.state.javaHome = SString(second);
-  run.perform([](LauncherMain& launcher) { launcher.findJvm(false, false); });
+  run.perform([](LauncherMain& launcher) { launcher.findJvm({false, false}); });
   EXPECT_EQ(run.s(1), second);
   EXPECT_NE(run.s(2), first);
 }
@@ -142,7 +146,9 @@ TEST_F(FindTest, CanBeRepeated) {
 TEST_F(FindTest, FailsWhenTheVerificationClassCannotBeExtracted) {
   run.state.tempDirectory = "/no/such/root";
   run.run();
-  EXPECT_THAT(run.failureOf([](auto& launcher) { launcher.findJvm(false, false); }),
+  EXPECT_THAT(run.failureOf([](auto& launcher) {
+    launcher.findJvm({false, false});
+  }),
               StartsWith("Cannot use /no/such/root as the temp directory"));
 }
 
@@ -154,7 +160,7 @@ class VerifyTest : public FindTest {
     run.jvmFile(10, jvmFile);
     run.run(options);
     run.perform([&](LauncherMain& launcher) {
-      launcher.verifyEmbeddedJvmFile(showProgress, showFailure, 10);
+      launcher.verifyEmbeddedJvmFile({showProgress, showFailure}, 10);
     });
   }
 };
@@ -179,8 +185,8 @@ TEST_F(VerifyTest, TakesTheHomeThatTheUserNamesFirst) {
 }
 
 TEST_F(VerifyTest, ShowsAndLogsThatAHomeIsInvalid) {
-  run.state.numericVariables[0] = 1;
-  run.state.stringVariables[0] = "before";
+  run.state.variables.setNumericVariable(1, 1);
+  run.state.variables.setStringVariable(1, "before");
   verify(jvmFileText("21"), {"-vs:javahome", home});
   EXPECT_EQ(run.n(1), 0);
   EXPECT_EQ(run.s(1), "before");
@@ -208,14 +214,16 @@ TEST_F(VerifyTest, ShowsItsStageAndPhasesWhenAsked) {
 
 TEST_F(VerifyTest, TurnsTheProgressDisplayOffOtherwise) {
   verify(jvmFileText("17"), {"-vs:javahome", home});
-  EXPECT_FALSE(run.state.progressShown);
+  EXPECT_FALSE(run.state.console.progressShown);
 }
 
 TEST_F(VerifyTest, RefusesAnUnknownId) {
   run.run();
   for (const int id : {99, -1, 0}) {
     EXPECT_EQ(
-        run.failureOf([&](auto& main) { main.verifyEmbeddedJvmFile(false, true, id); }),
+        run.failureOf([&](auto& main) {
+          main.verifyEmbeddedJvmFile({false, true}, id);
+        }),
         "Cannot verify jvm file at index " + std::to_string(id) + " because it does not exist.");
   }
   EXPECT_EQ(run.out, "");
@@ -223,7 +231,9 @@ TEST_F(VerifyTest, RefusesAnUnknownId) {
 
 TEST_F(VerifyTest, RefusesAFileOfAnotherType) {
   run.run();
-  EXPECT_EQ(run.failureOf([](auto& main) { main.verifyEmbeddedJvmFile(false, true, 5); }),
+  EXPECT_EQ(run.failureOf([](auto& main) {
+    main.verifyEmbeddedJvmFile({false, true}, 5);
+  }),
             "To verify a JVM, use an index of a jvm file. The index passed in was 5 which "
             "corresponds to the file named verify.jar");
 }
@@ -232,7 +242,9 @@ TEST_F(VerifyTest, RefusesAFileThatWasNotRead) {
   run.jvmFile(10, jvmFileText("17"));
   const ScopedDirectory directory(run.tree.dir("work"));
   run.run({"-vs:extract"});  // reads the index alone
-  EXPECT_EQ(run.failureOf([](auto& main) { main.verifyEmbeddedJvmFile(false, true, 10); }),
+  EXPECT_EQ(run.failureOf([](auto& main) {
+    main.verifyEmbeddedJvmFile({false, true}, 10);
+  }),
             "The jvm file with file id 10 could not be read.");
 }
 

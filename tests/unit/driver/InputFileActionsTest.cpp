@@ -76,7 +76,7 @@ TEST_F(SearchActionTest, PrintsOneTheHomeAndTheJvmFileWhichStays) {
   run.end();
   EXPECT_THAT(run.tempFiles(),
               testing::ElementsAre(lines[2].substr(run.tree.path("temp/").size())));
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(SearchActionTest, WritesTheJvmFileForItsReader) {
@@ -118,7 +118,7 @@ TEST_F(SearchActionTest, LogsAnInterruptionAndPrintsNothing) {
   EXPECT_EQ(act("ACTION: SEARCH\nSHOW_FAIL_MSG: 1\n"), 0);
   EXPECT_EQ(run.out, "");
   EXPECT_THAT(run.log(), EndsWith(errorLine("Unexpected failure in search.")));
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 using SearchAllActionTest = ActionTest;
@@ -129,7 +129,7 @@ TEST_F(SearchAllActionTest, PrintsZeroWithoutAJvm) {
   EXPECT_EQ(act("ACTION: SEARCH_ALL\n"), 0);
   EXPECT_EQ(run.out, "0\n");
   EXPECT_THAT(run.log(), HasSubstr("\nFinding all matching JVMs\nBeginning exhaustive search\n"));
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(SearchAllActionTest, PrintsItsResultAlsoInSilence) {
@@ -177,7 +177,7 @@ TEST_F(VerifyActionTest, PrintsOneForAHomeThatVerifies) {
   EXPECT_EQ(run.out, "1\n");
   EXPECT_EQ(run.s(1), home);
   EXPECT_THAT(run.log(), HasSubstr("\nAfter VERIFY, the jvm home is " + home + "\n"));
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(VerifyActionTest, PrintsZeroForAHomeThatDoesNot) {
@@ -201,7 +201,7 @@ TEST_F(VerifyActionTest, PrintsItsResultAlsoInSilence) {
 TEST_F(VerifyActionTest, TellsThatTheJvmFileCannotBeRead) {
   EXPECT_EQ(act(keys("/no/such/file", home)), -1);
   EXPECT_EQ(run.out, "Unable to load input file: /no/such/file\n");
-  EXPECT_EQ(run.state.progressCount, 0);
+  EXPECT_EQ(run.state.console.progressCount, 0);
 }
 
 TEST_F(VerifyActionTest, OnlyLogsThatAKeyIsMissing) {
@@ -216,7 +216,7 @@ TEST_F(VerifyActionTest, OnlyLogsThatAKeyIsMissing) {
     EXPECT_EQ(other.run({"-vs:in", in}), -1);
     EXPECT_EQ(other.out, "");
     EXPECT_THAT(other.log(), EndsWith(errorLine(text)));
-    EXPECT_EQ(other.state.progressCount, 0);
+    EXPECT_EQ(other.state.console.progressCount, 0);
   }
 }
 
@@ -240,7 +240,7 @@ TEST_F(InstallActionTest, RunsTheInstallerAndPrintsItsJvmFile) {
   EXPECT_EQ(readFile(destination + "/where"), destination + "\n");
   EXPECT_EQ(jvmTags(), "DESC:  New\nJVM_HOME:  " + destination + "\nJVM_FILE:  " + destination +
                            "/jvm\nJVM_TEMP:  0\n");
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(InstallActionTest, ResolvesTheHomeOfTheJvmFile) {
@@ -280,6 +280,32 @@ TEST_F(InstallActionTest, CountsRelativeNamesFromTheDirectoryOfTheStart) {
   EXPECT_EQ(run.out, "target/jvm\n");
 }
 
+class RelativeDestinationTest : public InstallActionTest {
+ protected:
+  /// Installs into "target" of the directory "work", which is the current one.
+  std::int32_t installIn(const std::string& directory, const std::string& commands) {
+    run.tree.program("work/installer", "#!/bin/sh\n" + commands);
+    const ScopedDirectory current(run.tree.path("work"));
+    return act("ACTION: INSTALL_JVM\nINSTALL_JVM_EXE: installer\nINSTALL_JVM_DEST: " + directory +
+               "\n");
+  }
+};
+
+TEST_F(RelativeDestinationTest, GetsAJvmFileThatWorksFromAnyDirectory) {
+  const std::string target = run.tree.dir("work/target");
+  EXPECT_EQ(installIn("target", "echo 'JVM_HOME: jre' > jvm\n"), 0);
+  EXPECT_EQ(readFile(target + "/jvm"),
+            "JVM_HOME:  " + target + "/jre\nJVM_FILE:  " + target + "/jvm\nJVM_TEMP:  0\n");
+}
+
+TEST_F(RelativeDestinationTest, StaysAsGivenInMessages) {
+  EXPECT_EQ(installIn("missing", ""), -1);
+  EXPECT_EQ(run.out, "Error setting working directory: missing No such file or directory\n");
+  run.tree.dir("work/target");
+  EXPECT_EQ(installIn("target", ""), -1);
+  EXPECT_EQ(run.out, "Unable to load input file: target/jvm\n");
+}
+
 TEST_F(InstallActionTest, DoesNothingWithoutItsKeys) {
   const std::string marker = run.tree.path("marker");
   const std::string installer = run.tree.program("installer", "#!/bin/sh\n: > " + marker + "\n");
@@ -290,7 +316,7 @@ TEST_F(InstallActionTest, DoesNothingWithoutItsKeys) {
     EXPECT_EQ(other.run({"-vs:in", in}), 0);
     EXPECT_EQ(other.out, "");
     EXPECT_THAT(other.log(), Not(HasSubstr("ERROR")));
-    EXPECT_EQ(other.state.progressCount, 100);
+    EXPECT_EQ(other.state.console.progressCount, 100);
   }
   EXPECT_FALSE(std::filesystem::exists(marker));
 }

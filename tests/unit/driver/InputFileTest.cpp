@@ -35,9 +35,9 @@ TEST_F(InputFileTest, ThatRunsTheInstructionsIsLikeNoneWithoutProgressAndLog) {
   EXPECT_EQ(run.run({"-vs:in", run.inputFile("ACTION: RUN_INSTRUCTIONS\n", false)}), 0);
   EXPECT_TRUE(scriptRan());
   EXPECT_EQ(run.out, "");
-  EXPECT_FALSE(run.state.progressShown);
-  EXPECT_EQ(run.state.logFileName, "");
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_FALSE(run.state.console.progressShown);
+  EXPECT_EQ(run.state.log.fileName, "");
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST_F(InputFileTest, IsNamedInTheLogOfBefore) {
@@ -49,7 +49,7 @@ TEST_F(InputFileTest, IsNamedInTheLogOfBefore) {
 }
 
 TEST_F(InputFileTest, NamesTheLogOfTheRun) {
-  run.state.logFileName = "";
+  run.state.log.fileName = "";
   runWith("ACTION: RUN_INSTRUCTIONS\n");
   EXPECT_THAT(run.log(), StartsWith("------------------\nfile type: 0\n"));
 }
@@ -169,10 +169,10 @@ TEST_F(InputFileTest, SwitchesTheProgressDisplay) {
     DriverRun other;
     other.script({"// nothing"});
     other.run({"-vs:in", other.inputFile(std::string("ACTION: RUN_INSTRUCTIONS\n") + keys)});
-    EXPECT_EQ(other.state.progressShown, shown) << keys;
+    EXPECT_EQ(other.state.console.progressShown, shown) << keys;
     other.run({"-vs:silent", "-vs:in",
                other.inputFile(std::string("ACTION: RUN_INSTRUCTIONS\n") + keys)});
-    EXPECT_FALSE(other.state.progressShown) << keys;
+    EXPECT_FALSE(other.state.console.progressShown) << keys;
   }
 }
 
@@ -188,8 +188,49 @@ TEST_F(InputFileTest, StartsTheProgressCountOnlyWhenProgressIsAskedFor) {
     const std::string before = other.tree.file("before.tag", "ACTION: INSTALL_JVM\n");
     const std::string in = other.inputFile(std::string("ACTION: VERIFY_JVM\n") + keys);
     other.run({"-vs:in", before, "-vs:in", in});
-    EXPECT_EQ(other.state.progressCount, count) << keys;
+    EXPECT_EQ(other.state.console.progressCount, count) << keys;
   }
+}
+
+/// What stands in front of an input file that runs the instructions.
+class EarlierOptionTest : public InputFileTest {
+ protected:
+  std::int32_t runBehind(std::vector<std::string> arguments) {
+    const ScopedDirectory directory(run.tree.dir("work"));
+    const std::string in = run.inputFile("ACTION: RUN_INSTRUCTIONS\n");
+    arguments.insert(arguments.end(), {"-vs:in", in});
+    return run.run(arguments);
+  }
+};
+
+TEST_F(EarlierOptionTest, ThatShowsTheVersionDoesNotKeepTheScriptFromRunning) {
+  EXPECT_EQ(runBehind({"-vs:version"}), 0);
+  EXPECT_EQ(run.out, "2.52\n");
+  EXPECT_TRUE(scriptRan());
+}
+
+TEST_F(EarlierOptionTest, ThatExtractedDoesNotKeepTheScriptFromBeingBuiltAndRun) {
+  run.jvmFile(10, "DESC: Java\n").launchScript("exit 0", "DESC: Product\n");
+  EXPECT_EQ(runBehind({"-vs:extract"}), 0);
+  EXPECT_TRUE(scriptRan());
+  EXPECT_EQ(run.state.console.uiTitle, "Product");
+}
+
+TEST_F(EarlierOptionTest, ThatFailedDoesNotDecideTheResult) {
+  const std::string failing = run.tree.file("failing.tag", "ACTION: VERIFY_JVM\n");
+  EXPECT_EQ(runBehind({"-vs:in", failing}), 0);
+  EXPECT_TRUE(scriptRan());
+}
+
+TEST_F(EarlierOptionTest, ThatInstalledAJvmDoesNotKeepTheScriptFromRunning) {
+  EXPECT_EQ(runBehind({"-vs:in", run.tree.file("other.tag", "ACTION: INSTALL_JVM\n")}), 0);
+  EXPECT_TRUE(scriptRan());
+}
+
+TEST_F(EarlierOptionTest, IsOverruledOnlyByALaterOne) {
+  const std::string in = run.inputFile("ACTION: RUN_INSTRUCTIONS\n");
+  EXPECT_EQ(run.run({"-vs:in", in, "-vs:version"}), 0);
+  EXPECT_FALSE(scriptRan());
 }
 
 TEST_F(InputFileTest, BringsAScriptInPlaceOfTheEmbeddedOne) {
@@ -208,27 +249,27 @@ TEST_F(InputFileTest, BringsALaunchScriptInPlaceOfTheEmbeddedOne) {
                     "\nINSTRUCTIONS: " + instructions + "\n"),
             3);
   EXPECT_EQ(run.out, "Own\n");
-  EXPECT_EQ(run.state.uiTitle, "Own");
+  EXPECT_EQ(run.state.console.uiTitle, "Own");
 }
 
 TEST_F(InputFileTest, LetsItsTitleWinOverTheLaunchScripts) {
   const std::string script = run.tree.file("own.tag", "DESC: Script\nCOMMAND: x\n");
   runWith("ACTION: RUN_INSTRUCTIONS\nUI_TITLE: Title\nLAUNCHSCRIPT: " + script + "\n");
   EXPECT_EQ(run.out, "Script\nTitle\n");
-  EXPECT_EQ(run.state.uiTitle, "Title");
+  EXPECT_EQ(run.state.console.uiTitle, "Title");
 }
 
 TEST_F(InputFileTest, LetsItsTitleWinOverTheEmbeddedLaunchScripts) {
   run.launchScript("x", "DESC: Embedded\n");
   runWith("ACTION: RUN_INSTRUCTIONS\nUI_TITLE: Title\n");
   EXPECT_EQ(run.out, "Title\nEmbedded\n");
-  EXPECT_EQ(run.state.uiTitle, "Title");
+  EXPECT_EQ(run.state.console.uiTitle, "Title");
 }
 
 TEST_F(InputFileTest, PrintsNoTitleInSilence) {
   run.run({"-silent", "-vs:in", run.inputFile("ACTION: RUN_INSTRUCTIONS\nUI_TITLE: Title\n")});
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.state.uiTitle, "Title");
+  EXPECT_EQ(run.state.console.uiTitle, "Title");
 }
 
 /// What SEARCH tries, from the log.
@@ -259,6 +300,21 @@ TEST_F(SearchedFilesTest, ComeInTheirOrderAndBeforeTheEmbeddedOnes) {
 TEST_F(SearchedFilesTest, LeaveOutEmptyNames) {
   EXPECT_EQ(search("JVM:\n\"\"\n" + jvmFile("A") + "\n\"\"\n/:\n"), "A");
   EXPECT_EQ(run.out, "0\n");
+}
+
+TEST_F(SearchedFilesTest, AreMarkedInTheLauncherFileAlsoWhenTheirNamesAreEmpty) {
+  const struct {
+    const char* keys;
+    bool marked;
+  } kMarks[] = {{"", false}, {"JVM: \"\"\n", true}};
+  for (const auto& [keys, marked] : kMarks) {
+    DriverRun other;
+    other.script({"// nothing"});
+    other.run({"-vs:in", other.inputFile(std::string("ACTION: RUN_INSTRUCTIONS\n") + keys)});
+    EXPECT_EQ(other.state.launcherFile.hasJvmFilesFromInput(), marked) << keys;
+  }
+  search("JVM: " + jvmFile("A") + "\n");
+  EXPECT_TRUE(run.state.launcherFile.hasJvmFilesFromInput());
 }
 
 class VerificationClassTest : public InputFileTest {
@@ -292,9 +348,9 @@ TEST_F(VerificationClassTest, IsTheEmbeddedOneWithoutAClassPath) {
 }
 
 TEST_F(InputFileTest, SetsNothingOfTheRunWhenItCannotBeRead) {
-  const std::string before = str(run.state.logFileName);
+  const std::string before = str(run.state.log.fileName);
   run.run({"-vs:in", run.inputFile("LOGFILE: /other\nno colon\n")});
-  EXPECT_EQ(str(run.state.logFileName), before);
+  EXPECT_EQ(str(run.state.log.fileName), before);
 }
 
 }  // namespace

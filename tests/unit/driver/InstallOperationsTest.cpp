@@ -78,13 +78,13 @@ TEST_F(InstallTest, TakesTheFirstInstaller) {
 TEST_F(InstallTest, IsQuietInModeZero) {
   install(0, "echo noise; echo noise >&2; echo > jvm\n");
   EXPECT_EQ(run.out, "");
-  EXPECT_FALSE(run.state.progressShown);
+  EXPECT_FALSE(run.state.console.progressShown);
 }
 
 TEST_F(InstallTest, ShowsItsStageAndItsProgressInModeOne) {
   run.script({"// nothing"}).jvmInstaller("echo > jvm\n");
   run.run();
-  run.state.progressShown = false;
+  run.state.console.progressShown = false;
   run.perform([](LauncherMain& launcher) { launcher.installEmbeddedJvm(1); });
   EXPECT_EQ(run.out, std::string(kStage) + ".");  // the dot is the installer's extraction
   EXPECT_EQ(run.n(1), 1);
@@ -161,8 +161,8 @@ TEST_F(InstallTest, DoesNotMakeAMissingDestination) {
 }
 
 TEST_F(InstallTest, OnlyLogsThatTheInstallerMadeNoJvmFile) {
-  run.state.numericVariables[0] = 1;
-  run.state.stringVariables[0] = "before";
+  run.state.variables.setNumericVariable(1, 1);
+  run.state.variables.setStringVariable(1, "before");
   install(0, "exit 0\n");
   EXPECT_EQ(run.n(1), 0);
   EXPECT_EQ(run.s(1), "");
@@ -176,8 +176,8 @@ TEST_F(InstallTest, PassesOverTheInstallersExitStatus) {
 }
 
 TEST_F(InstallTest, FailsWithoutAnInstaller) {
-  run.state.numericVariables[0] = 1;
-  run.state.stringVariables[0] = "before";
+  run.state.variables.setNumericVariable(1, 1);
+  run.state.variables.setStringVariable(1, "before");
   run.run();
   EXPECT_EQ(run.failureOf([](auto& launcher) { launcher.installEmbeddedJvm(1); }),
             "No JVM installer was included in the launcher.");

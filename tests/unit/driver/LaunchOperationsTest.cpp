@@ -85,11 +85,11 @@ TEST_F(LaunchTest, UsesTheTagsOfANamedJvmFile) {
 
 TEST_F(LaunchTest, ShowsTheStageForAsLongAsTheProgressDisplayIsOn) {
   run.launchScript("exit 0", "DESC: Product\n").jvmFile(10, "DESC: Java\n");
-  run.state.searchPhase = SearchPhase::Scanning;
+  run.state.console.searchPhase = SearchPhase::Scanning;
   launch(10, 1);
   EXPECT_EQ(run.out, "\nRunning Product...\n");
-  EXPECT_FALSE(run.state.progressShown);
-  EXPECT_EQ(run.state.searchPhase, SearchPhase::None);
+  EXPECT_FALSE(run.state.console.progressShown);
+  EXPECT_EQ(run.state.console.searchPhase, SearchPhase::None);
 }
 
 TEST_F(LaunchTest, ShowsNoStageForNoSeconds) {
@@ -97,11 +97,11 @@ TEST_F(LaunchTest, ShowsNoStageForNoSeconds) {
     DriverRun other;
     other.script({"// nothing"}).launchScript("exit 0", "DESC: P\n").jvmFile(10, "DESC: Java\n");
     other.run();
-    other.state.searchPhase = SearchPhase::Scanning;
+    other.state.console.searchPhase = SearchPhase::Scanning;
     other.perform([&](auto& main) { main.launchWithEmbeddedJvmFile(10, seconds); });
     EXPECT_EQ(other.out, "");
-    EXPECT_FALSE(other.state.progressShown);
-    EXPECT_EQ(other.state.searchPhase, SearchPhase::Scanning);
+    EXPECT_FALSE(other.state.console.progressShown);
+    EXPECT_EQ(other.state.console.searchPhase, SearchPhase::Scanning);
   }
 }
 
@@ -110,7 +110,7 @@ TEST_F(LaunchTest, FailsUnseenWithoutALaunchScript) {
   EXPECT_EQ(launchWith(jvm), -1);
   EXPECT_EQ(run.out, "");
   EXPECT_THAT(run.log(), Not(HasSubstr("ERROR")));
-  EXPECT_TRUE(run.state.progressShown);
+  EXPECT_TRUE(run.state.console.progressShown);
 }
 
 TEST_F(LaunchTest, LooksForTheLaunchScriptBeforeTheJvmFile) {
@@ -129,7 +129,7 @@ TEST_F(LaunchTest, LogsThatTheEmbeddedLaunchScriptIsMissing) {
   EXPECT_EQ(launch(10, 5), -1);
   EXPECT_EQ(run.out, "");
   EXPECT_THAT(run.log(), EndsWith(errorLine(kNothingToLaunch)));
-  EXPECT_TRUE(run.state.progressShown);
+  EXPECT_TRUE(run.state.console.progressShown);
 }
 
 TEST_F(LaunchTest, LogsThatTheEmbeddedJvmFileIsMissing) {
@@ -156,7 +156,7 @@ TEST_F(LaunchTest, KeepsTheEarlierMessageWhenTheProgramCannotBeStarted) {
   EXPECT_THAT(run.failureOf([](auto& main) { main.launchWithEmbeddedJvmFile(10, 0); }),
               testing::StartsWith("Launch script error: "));
   EXPECT_EQ(run.state.launchFailureMessage, "before");
-  EXPECT_FALSE(run.state.progressShown);
+  EXPECT_FALSE(run.state.console.progressShown);
 }
 
 TEST_F(LaunchTest, GivesTheScriptItsResult) {

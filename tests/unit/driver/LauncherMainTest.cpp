@@ -63,7 +63,7 @@ TEST(Run, IsAFailureWithoutAScript) {
   EXPECT_EQ(run.run(), -1);
   EXPECT_EQ(run.out, "\n");
   EXPECT_EQ(run.log().find("ERROR"), std::string::npos);
-  EXPECT_EQ(run.state.progressCount, 100);
+  EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
 TEST(Run, IsAFailureForALauncherWithoutFiles) {
@@ -110,7 +110,7 @@ TEST(Run, LeavesTheProgressCountWhereAFailureStoppedIt) {
   DriverRun run;
   run.script({"NONSENSE"});
   run.run();
-  EXPECT_EQ(run.state.progressCount, 0);
+  EXPECT_EQ(run.state.console.progressCount, 0);
 }
 
 TEST(Run, TakesItsTitleFromTheFirstLaunchScript) {
@@ -118,7 +118,7 @@ TEST(Run, TakesItsTitleFromTheFirstLaunchScript) {
   run.script({"INITIALIZE_UI"}).launchScript("x", "DESC: First\\u0021\n");
   run.file.add(kLaunchScript, 3, "second.tag", "DESC: Second\n");
   run.run();
-  EXPECT_EQ(run.state.uiTitle, "First!");
+  EXPECT_EQ(run.state.console.uiTitle, "First!");
   EXPECT_EQ(run.out, "First!\n\nInitializing First!...\n\n");
 }
 
@@ -149,19 +149,19 @@ TEST(BeginProgress, ShowsTheFirstStageAndTurnsTheProgressDisplayOn) {
   DriverRun run;
   run.script({"// nothing"}).launchScript("x", "DESC: Product\n");
   run.run();
-  run.state.searchPhase = SearchPhase::Scanning;
+  run.state.console.searchPhase = SearchPhase::Scanning;
   run.perform([](LauncherMain& launcher) { launcher.beginProgress(); });
   EXPECT_EQ(run.out, "\nInitializing Product...\n");
-  EXPECT_EQ(run.state.searchPhase, SearchPhase::None);
+  EXPECT_EQ(run.state.console.searchPhase, SearchPhase::None);
 }
 
 TEST(BeginProgress, ShowsNothingYetWhenTheProgressDisplayWasOff) {
   DriverRun run;
   run.run({"-vs:version"});
-  run.state.progressShown = false;
+  run.state.console.progressShown = false;
   run.perform([](LauncherMain& launcher) { launcher.beginProgress(); });
   EXPECT_EQ(run.out, "");
-  EXPECT_TRUE(run.state.progressShown);
+  EXPECT_TRUE(run.state.console.progressShown);
 }
 
 TEST(BeginProgress, LeavesTheProgressDisplayOffInSilence) {
@@ -169,7 +169,7 @@ TEST(BeginProgress, LeavesTheProgressDisplayOffInSilence) {
   run.run({"-vs:silent", "-vs:version"});
   run.perform([](LauncherMain& launcher) { launcher.beginProgress(); });
   EXPECT_EQ(run.out, "");
-  EXPECT_FALSE(run.state.progressShown);
+  EXPECT_FALSE(run.state.console.progressShown);
 }
 
 TEST(CleanUp, DeletesWhatTheRunMade) {

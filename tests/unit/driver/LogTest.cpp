@@ -49,7 +49,7 @@ TEST(Log, WritesOneSeparatorAProcess) {
 TEST(Log, AppendsToWhatARunBeforeWrote) {
   LogFixture fixture;
   fixture.log.log("first run", LogLevel::Information);
-  LogState secondState{.logFileName = fixture.state.logFileName};
+  LogState secondState{.fileName = fixture.state.fileName};
   Log(secondState).log("second run", LogLevel::Information);
   EXPECT_EQ(fixture.text(), std::string(kSeparator) + "first run\n" + kSeparator + "second run\n");
 }

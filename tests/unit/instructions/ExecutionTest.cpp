@@ -101,7 +101,7 @@ TEST_F(Execution, ReadsTheScriptFromATagFile) {
                                      "/:\r\n");
   RecordingLog log;
   const TagFile tags(SString(std::string_view(path)), log);
-  runInstructions(InstructionScript(tags), actions);
+  runInstructions(tags, actions);
   EXPECT_EQ(actions.calls, (Calls{"findJvm(1, 1)", "launchWithJvmFile(x y.jvm, 2)"}));
   EXPECT_EQ(stringVariable(1), "a  b");
 }
@@ -110,7 +110,7 @@ TEST_F(Execution, OfATagFileWithoutInstructionsYieldsZero) {
   TagFile tags;
   tags.addValue("COMMAND", "BARK");
   tags.addValue("instructions", "BARK");
-  EXPECT_EQ(runInstructions(InstructionScript(tags), actions), 0);
+  EXPECT_EQ(runInstructions(tags, actions), 0);
 }
 
 }  // namespace

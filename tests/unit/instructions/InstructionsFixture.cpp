@@ -4,8 +4,8 @@
 
 namespace vessant::test {
 
-void RecordingActions::findJvm(bool showProgress, bool showFailure) {
-  record("findJvm", {std::to_string(showProgress), std::to_string(showFailure)});
+void RecordingActions::findJvm(Display display) {
+  record("findJvm", {std::to_string(display.progress), std::to_string(display.failure)});
 }
 
 std::int32_t RecordingActions::launchWithEmbeddedJvmFile(std::int32_t fileId,
@@ -27,10 +27,9 @@ std::int32_t RecordingActions::launchWithJvmFile(const SString& fileName, std::i
   return nextStatus();
 }
 
-void RecordingActions::verifyEmbeddedJvmFile(bool showProgress, bool showFailure,
-                                             std::int32_t fileId) {
-  record("verifyEmbeddedJvmFile",
-         {std::to_string(showProgress), std::to_string(showFailure), std::to_string(fileId)});
+void RecordingActions::verifyEmbeddedJvmFile(Display display, std::int32_t fileId) {
+  record("verifyEmbeddedJvmFile", {std::to_string(display.progress),
+                                   std::to_string(display.failure), std::to_string(fileId)});
 }
 
 void RecordingActions::runEmbeddedLauncher(std::int32_t fileId) {
@@ -89,7 +88,7 @@ std::int32_t InstructionsFixture::run(const Statements& statements) {
   for (const std::string& statement : statements) {
     tags.addValue("INSTRUCTIONS", std::string_view(statement));
   }
-  return runInstructions(InstructionScript(tags), actions);
+  return runInstructions(tags, actions);
 }
 
 ScriptError InstructionsFixture::errorOf(const Statements& statements) {

@@ -12,7 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "launcher/instructions/InstructionActions.h"
-#include "launcher/instructions/InstructionScript.h"
+#include "launcher/instructions/InstructionRun.h"
+#include "launcher/instructions/Interpreter.h"
 #include "launcher/tagfile/TagFile.h"
 #include "support/FakeRun.h"
 
@@ -20,12 +21,12 @@ namespace vessant::test {
 
 class RecordingActions : public InstructionActions {
  public:
-  void findJvm(bool showProgress, bool showFailure) override;
+  void findJvm(Display display) override;
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) override;
   void beginProgress() override;
   void installEmbeddedJvm(std::int32_t mode) override;
   std::int32_t launchWithJvmFile(const SString& fileName, std::int16_t seconds) override;
-  void verifyEmbeddedJvmFile(bool showProgress, bool showFailure, std::int32_t fileId) override;
+  void verifyEmbeddedJvmFile(Display display, std::int32_t fileId) override;
   void runEmbeddedLauncher(std::int32_t fileId) override;
 
   [[nodiscard]] SString getStringVariable(std::int32_t number) const override;

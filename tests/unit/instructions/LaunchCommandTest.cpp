@@ -29,6 +29,21 @@ TEST_F(LaunchCommand, KeepsQuotesInsideAPlainName) {
   EXPECT_EQ(launched("LAUNCH a\"b 5"), "launchWithJvmFile(a\"b, 5)");
 }
 
+TEST_F(LaunchCommand, EndsAPlainNameAtWhitespaceOfTagFilesOnly) {
+  for (const char* blank : {" ", "\t", "\n", "\r"}) {
+    EXPECT_EQ(launched(std::string("LAUNCH ") + blank + "a.jvm" + blank + "5"),
+              "launchWithJvmFile(a.jvm, 5)");
+  }
+  EXPECT_EQ(launched("LAUNCH a\vb\fc.jvm 5"), "launchWithJvmFile(a\vb\fc.jvm, 5)");
+  EXPECT_EQ(launched("LAUNCH \va.jvm 5"), "launchWithJvmFile(\va.jvm, 5)");
+  EXPECT_EQ(launched("LAUNCH \f\"a.jvm\" 5"), "launchWithJvmFile(\f\"a.jvm\", 5)");
+}
+
+TEST_F(LaunchCommand, SeparatesTheSecondsByAnyWhitespace) {
+  EXPECT_EQ(launched("LAUNCH \"a.jvm\"\v5"), "launchWithJvmFile(a.jvm, 5)");
+  EXPECT_EQ(launched("LAUNCH a.jvm \f5"), "launchWithJvmFile(a.jvm, 5)");
+}
+
 TEST_F(LaunchCommand, SubstitutesVariablesInAQuotedName) {
   actions.setStringVariable(1, "/opt/a \"b\"");
   EXPECT_EQ(launched("LAUNCH \"@S1@/x y\" 5"), "launchWithJvmFile(/opt/a \"b\"/x y, 5)");

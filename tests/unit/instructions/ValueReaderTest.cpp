@@ -8,8 +8,7 @@ namespace {
 class ValueReader : public InstructionsFixture {
  protected:
   TagFile tags;
-  InstructionScript script{tags};
-  InstructionRun reader{script, actions};
+  InstructionRun reader{tags, actions};
 
   template <class Value>
   static ScriptError errorFrom(Value&& value) {

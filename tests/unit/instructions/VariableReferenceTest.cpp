@@ -14,7 +14,7 @@ class VariableReference : public InstructionsFixture {
 
   std::string substituted(const char* text, const char* context = "") {
     SString result = text;
-    InstructionRun(script_, actions).substituteVariables(result, context);
+    InstructionRun(tags_, actions).substituteVariables(result, context);
     return str(result);
   }
   ScriptError errorFor(const char* text, const char* context) {
@@ -23,7 +23,6 @@ class VariableReference : public InstructionsFixture {
 
  private:
   TagFile tags_;
-  InstructionScript script_{tags_};
 };
 
 TEST_F(VariableReference, IsReplacedByTheValue) {

@@ -36,6 +36,8 @@ enum class Stage : int {
 
 class Console : public ProgressSink {
  public:
+  static constexpr std::int32_t kProgressDone = 100;
+
   /// All must outlive this. `in` is where answers are read from. Nothing waits for whoever reads
   /// `out` or answers once the run is interrupted: the rest is lost, and the answer empty.
   Console(ConsoleState& state, const Messages& messages, const CancelFlag& cancelFlag,
@@ -59,6 +61,8 @@ class Console : public ProgressSink {
   void addProgressDots(std::int32_t count) override;
   /// Sets the count, and ends the line of dots at every 70 units.
   void setProgress(std::int32_t value);
+  /// Sets the count that stands for done, so that a run without dots ends with a line break, too.
+  void finishProgress() { setProgress(kProgressDone); }
 
   /// Asks where to install a JVM and reads one word. Empty in silence or at the end of the input.
   [[nodiscard]] SString askDestinationDirectory();

@@ -16,8 +16,8 @@ const char* prefixOf(LogLevel level) {
 }  // namespace
 
 void Log::log(const SString& text, LogLevel level) {
-  if (state_.logFileName.isEmpty()) return;
-  const StdFile file = openFile(state_.logFileName, OpenMode::Append);
+  if (state_.fileName.isEmpty()) return;
+  const StdFile file = openFile(state_.fileName, OpenMode::Append);
   if (file == nullptr) return;
   if (!state_.separatorWritten) std::fputs("------------------\n", file.get());
   state_.separatorWritten = true;

@@ -9,7 +9,7 @@ namespace vessant {
 /// The process-wide state of the log.
 struct LogState {
   /// Empty: no log.
-  SString logFileName;
+  SString fileName;
   /// Whether this process has written its first line.
   bool separatorWritten = false;
 };
@@ -20,7 +20,7 @@ class Log : public LogSink {
  public:
   explicit Log(LogState& state) : state_(state) {}
 
-  void setLogFileName(const SString& name) { state_.logFileName = name; }
+  void setLogFileName(const SString& name) { state_.fileName = name; }
   void log(const SString& text, LogLevel level) override;
 
  private:

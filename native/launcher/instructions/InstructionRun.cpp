@@ -1,4 +1,4 @@
-#include "launcher/instructions/InstructionScript.h"
+#include "launcher/instructions/InstructionRun.h"
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Readers.h"
@@ -13,9 +13,9 @@ constexpr char kVariableMark = '@';
 
 }  // namespace
 
-InstructionRun::InstructionRun(const InstructionScript& script, InstructionActions& actions)
+InstructionRun::InstructionRun(const TagFile& script, InstructionActions& actions)
     : actions_(actions),
-      statements_(script.tags().findValues(kStatementsTag)),
+      statements_(script.findValues(kStatementsTag)),
       count_(statements_ == nullptr ? 0 : statements_->count()) {}
 
 void InstructionRun::instructionError(const SString& message) const {
@@ -37,13 +37,15 @@ bool InstructionRun::substituteOnce(SString& text, const SString& context) const
     const SString::Size close = text.find(kVariableMark, open + 1);
     if (close == SString::npos) instructionError(context + "Invalid variable specification.");
     if (close == open + 1) {
-      text.erase(close, 1);
+      text.erase(close, 1);  // a doubled mark stands for one
     } else {
       const SString specification = text.substr(open + 1, close - open - 1);
       const VariableSpecification variable = parseVariableSpecification(specification, context);
       text.replace(open, close - open + 1, variableText(variable, actions_));
       replaced = true;
     }
+    // One on from where the reference began, not from where its value ends. Kept: a mark that a
+    // value begins with pairs with nothing in this scan.
     open = text.find(kVariableMark, open + 1);
   }
   return replaced;

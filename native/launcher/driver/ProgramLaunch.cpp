@@ -1,38 +1,34 @@
-// LauncherMain: launching the Java program, or an embedded launcher in place of this one.
+#include "launcher/driver/ProgramLaunch.h"
 
 #include "launcher/base/TextUtil.h"
-#include "launcher/driver/LauncherMain.h"
+#include "launcher/launch/LaunchScript.h"
+#include "launcher/tagfile/TagFile.h"
 
 namespace vessant {
 
-void LauncherMain::beginProgress() {
-  services_.console.showStage(Stage::Initializing);
-  services_.console.resetSearchPhase();
-  services_.console.enableProgress();
-}
-
-std::int32_t LauncherMain::launchWithJvmFile(const SString& fileName, std::int16_t seconds) {
-  if (!objects_.hasLaunchScript()) return kRunFailed;
+std::int32_t ProgramLaunch::launchWithJvmFile(const SString& fileName, std::int16_t seconds) {
+  if (objects_.launchScript() == nullptr) return kRunFailed;
   TagFile tags(fileName, services_.log);
   JVMFile jvmFile(tags);
   return launch(jvmFile, seconds);
 }
 
-std::int32_t LauncherMain::launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) {
+std::int32_t ProgramLaunch::launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) {
   const FileIndexEntry* entry = state_.launcherFile.findById(static_cast<std::uint32_t>(fileId));
   const bool isLoadedJvmFile =
       entry != nullptr && entry->type == FileType::JvmFile && entry->tagFile != nullptr;
-  if (!isLoadedJvmFile || !objects_.hasLaunchScript()) {
-    logError(
+  if (!isLoadedJvmFile || objects_.launchScript() == nullptr) {
+    services_.run.log(
         "Unable to launch the internal launch script with the internal JVM file. Either the launch "
-        "script or the JVM file is missing from the launcher.");
+        "script or the JVM file is missing from the launcher.",
+        LogLevel::Error);
     return kRunFailed;
   }
   JVMFile jvmFile(*entry->tagFile);
   return launch(jvmFile, seconds);
 }
 
-std::int32_t LauncherMain::launch(JVMFile& jvmFile, std::int16_t seconds) {
+std::int32_t ProgramLaunch::launch(JVMFile& jvmFile, std::int16_t seconds) {
   if (seconds > 0) {
     services_.console.showStage(Stage::Running);
     services_.console.resetSearchPhase();
@@ -48,7 +44,7 @@ std::int32_t LauncherMain::launch(JVMFile& jvmFile, std::int16_t seconds) {
 
 /// An embedded launcher runs the outer file's script, which would start it again and again: there
 /// the command only leaves its line in the log.
-void LauncherMain::runEmbeddedLauncher(std::int32_t fileId) {
+void ProgramLaunch::runEmbeddedLauncher(std::int32_t fileId) {
   const FileIndexEntry* entry = state_.launcherFile.findById(static_cast<std::uint32_t>(fileId));
   const bool isLauncher = entry != nullptr && entry->type == FileType::EmbeddedLauncher;
   if (isLauncher && !state_.originalLauncherMode) {
@@ -60,11 +56,11 @@ void LauncherMain::runEmbeddedLauncher(std::int32_t fileId) {
     command.replaceProcess = true;
     services_.platform.executeCommand(command, services_.console);
   }
-  logError("Unable to execute the embedded launcher.");
+  services_.run.log("Unable to execute the embedded launcher.", LogLevel::Error);
 }
 
 /// The arguments are wrapped as they stand; quotes inside them are not escaped.
-SString LauncherMain::embeddedLauncherCommand(const SString& launcher) const {
+SString ProgramLaunch::embeddedLauncherCommand(const SString& launcher) const {
   SString command = launcher + " -vs:orig " + quoted(state_.launcherFileName);
   for (const SString& argument : state_.commandLineArguments) {
     command.append(" ").append(quoted(argument));

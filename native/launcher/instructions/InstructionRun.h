@@ -1,8 +1,7 @@
-// InstructionScript runs the small script that drives an installer's default flow: find a JVM,
-// verify it, install the bundled one, launch, with variables and jumps.
+// InstructionRun: one run of an instruction script, as its commands see it. It knows where the run
+// stands and what it has come to, and reads the arguments that commands have in common.
 //
-// The statements are the values of the script's INSTRUCTIONS tag. A run begins with the first and
-// ends behind the last; the launch commands set the result.
+// The statements are the values of the script's INSTRUCTIONS tag.
 #pragma once
 
 #include <cstdint>
@@ -14,36 +13,24 @@
 
 namespace vessant {
 
-class InstructionScript {
- public:
-  /// The tags are the caller's and must outlive the script.
-  explicit InstructionScript(const TagFile& tags) : tags_(tags) {}
-  [[nodiscard]] const TagFile& tags() const { return tags_; }
-
- private:
-  const TagFile& tags_;
-};
-
 /// What a label statement begins with.
 inline constexpr char kLabelMark = ':';
 
-/// Executes a script from its first statement and returns its result. Throws InstructionsException
-/// for an error of the script, with the number of the statement, and LauncherException for other
-/// failures. A variable whose value refers to itself never ends.
-std::int32_t runInstructions(const InstructionScript& script, InstructionActions& actions);
-
-/// One run of a script: its state, and the readers of arguments that the commands share.
 class InstructionRun {
  public:
-  /// Both must outlive the run.
-  InstructionRun(const InstructionScript& script, InstructionActions& actions);
+  /// Stands at the first statement with the result 0. Both must outlive the run.
+  InstructionRun(const TagFile& script, InstructionActions& actions);
 
-  std::int32_t run();
+  /// Whether there is no further statement.
+  [[nodiscard]] bool isOver() const { return programCounter_ >= count_; }
+  [[nodiscard]] const SString& statement() const { return statements_->get(programCounter_); }
+  void goOn() { ++programCounter_; }
 
   /// Throws InstructionsException with the number of the current statement.
   [[noreturn]] void instructionError(const SString& message) const;
 
-  /// Replaces the @N1@ and @S1@ references in `text`. `context` begins the error messages.
+  /// Replaces the @N1@ and @S1@ references in `text`. `context` begins the error messages. A value
+  /// that refers to itself never ends.
   void substituteVariables(SString& text, const SString& context) const;
   /// A token with its variables substituted, as a number. `context` begins the error messages.
   [[nodiscard]] std::int32_t numericValue(const SString& token, const SString& context) const;
@@ -56,13 +43,15 @@ class InstructionRun {
   /// The index of the statement that is the label. The first statement is never found. Kept:
   /// scripts begin with a label line that is only a title.
   [[nodiscard]] std::int32_t findLabel(const SString& label) const;
-  /// Goes on with the statement behind the label.
+  /// Makes the label the current statement, so that the run goes on behind it.
   void jumpTo(const SString& label) { programCounter_ = findLabel(label); }
+
+  /// What the run returns when it is over: the status of the last launch.
+  [[nodiscard]] std::int32_t result() const { return result_; }
   void setResult(std::int32_t result) { result_ = result; }
   [[nodiscard]] InstructionActions& actions() const { return actions_; }
 
  private:
-  void execute(const SString& statement);
   bool substituteOnce(SString& text, const SString& context) const;
 
   InstructionActions& actions_;

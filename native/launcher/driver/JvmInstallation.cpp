@@ -1,10 +1,13 @@
-// LauncherMain: installing a JVM, the bundled one or one that an input file names.
+#include "launcher/driver/JvmInstallation.h"
+
+#include <utility>
 
 #include "launcher/base/DeleteFullDir.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/driver/LauncherMain.h"
+#include "launcher/tagfile/JvmTagNames.h"
+#include "launcher/tagfile/TagFile.h"
 
 namespace vessant {
 namespace {
@@ -41,9 +44,9 @@ SString installedHome(const SString& home, const SString& destination) {
 
 }  // namespace
 
-void LauncherMain::installEmbeddedJvm(std::int32_t mode) {
-  setNumericVariable(1, 0);
-  setStringVariable(1, "");
+void JvmInstallation::installEmbeddedJvm(std::int32_t mode) {
+  state_.variables.setNumericVariable(1, 0);
+  state_.variables.setStringVariable(1, "");
   if (mode == kQuietMode) {
     services_.console.disableProgress();
   } else {
@@ -51,25 +54,28 @@ void LauncherMain::installEmbeddedJvm(std::int32_t mode) {
     services_.console.showStage(Stage::PreparingJvm);
   }
   const FileIndexEntry* installer = state_.launcherFile.findByType(FileType::JvmInstaller);
-  if (installer == nullptr) throw LauncherException(errorText(ErrorId::NoJvmInstaller));
+  if (installer == nullptr)
+    throw LauncherException(services_.messages.errorText(ErrorId::NoJvmInstaller));
   const SString destination = chooseDestination(mode);
   if (destination.isEmpty()) return;
   runInstaller(*installer, destination);
   const SString jvmFile = joinPath(destination, kInstalledJvmFile);
-  if (!fileExists(jvmFile)) return logError("Invalid bundled JVM. Missing 'jvm' file.");
+  if (!fileExists(jvmFile)) {
+    return services_.run.log("Invalid bundled JVM. Missing 'jvm' file.", LogLevel::Error);
+  }
   adoptInstalledJvm(jvmFile, destination, mode != kAskMode);
-  setNumericVariable(1, 1);
-  setStringVariable(1, jvmFile);
+  state_.variables.setNumericVariable(1, 1);
+  state_.variables.setStringVariable(1, jvmFile);
 }
 
-SString LauncherMain::chooseDestination(std::int32_t mode) {
+SString JvmInstallation::chooseDestination(std::int32_t mode) {
   if (mode == kQuietMode || mode == kProgressMode) return services_.tempFiles.createTempDir();
   if (mode != kAskMode) return "";
   const SString answer = services_.console.askDestinationDirectory();
   return answer.isEmpty() ? answer : absolutePath(answer);
 }
 
-void LauncherMain::runInstaller(const FileIndexEntry& installer, const SString& destination) {
+void JvmInstallation::runInstaller(const FileIndexEntry& installer, const SString& destination) {
   const ScopedFile program(
       services_.extractor.extractFile(installer, destination, PartialFile::Removed), services_.run);
   SString output;
@@ -82,23 +88,25 @@ void LauncherMain::runInstaller(const FileIndexEntry& installer, const SString& 
   services_.platform.executeCommand(command, services_.console);
 }
 
-SString LauncherMain::adoptInstalledJvm(const SString& jvmFile, const SString& destination,
+/// The file is read and written as `jvmFile`, the path as it was given; what it says of itself
+/// counts from `destination`, which is absolute.
+void JvmInstallation::adoptInstalledJvm(const SString& jvmFile, const SString& destination,
                                         bool temporary) {
   TagFile tags(jvmFile, services_.log);
   const SString home = installedHome(tags.getValue(jvmtag::kHome), destination);
-  tags.setJvmTags(home, jvmFile, temporary);
+  tags.setJvmTags(home, joinPath(destination, kInstalledJvmFile), temporary);
   tags.save(jvmFile);
-  return jvmFile;
 }
 
-void LauncherMain::installJvmAction(bool showProgress, const SString& installer,
-                                    const SString& destination) {
+SString JvmInstallation::installNamedJvm(Display display, const SString& installer,
+                                         const SString& destination) {
   ChildCommand command{.command = quoted(absolutePath(installer)), .workingDirectory = destination};
-  command.runInBackground = showProgress;
+  command.runInBackground = display.progress;
   command.redirectChildOutput = true;
   services_.platform.executeCommand(command, services_.console);
-  const SString jvmFile = joinPath(destination, kInstalledJvmFile);
-  services_.console.printResult(adoptInstalledJvm(jvmFile, destination, false));
+  SString jvmFile = joinPath(destination, kInstalledJvmFile);
+  adoptInstalledJvm(jvmFile, absolutePath(destination), false);
+  return jvmFile;
 }
 
 }  // namespace vessant
