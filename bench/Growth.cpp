@@ -25,6 +25,7 @@ class NoLog : public vessant::LogSink {
 /// Keeps variables and does nothing else.
 class NoActions : public vessant::InstructionActions {
  public:
+  void throwIfCanceled() const override {}
   void findJvm(vessant::Display) override {}
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t, std::int16_t) override { return 0; }
   void beginProgress() override {}

@@ -38,7 +38,7 @@ struct FirstLine {
 
 /// The services of a real run that shows nothing.
 struct QuietRun {
-  QuietRun() { state.silent = true; }
+  QuietRun() { state.console.silent = true; }
 
   LauncherState state;
   LauncherServices services{state};

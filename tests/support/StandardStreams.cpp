@@ -53,18 +53,18 @@ std::string contentOf(std::FILE* file) {
   return text;
 }
 
-StdoutCapture::StdoutCapture() : file_(fileWith()) {
-  std::fflush(stdout);
-  before_ = replaceDescriptor(STDOUT_FILENO, file_.get());
+OutputCapture::OutputCapture(int descriptor) : file_(fileWith()), descriptor_(descriptor) {
+  std::fflush(nullptr);
+  before_ = replaceDescriptor(descriptor_, file_.get());
 }
 
-StdoutCapture::~StdoutCapture() {
-  std::fflush(stdout);
-  putBack(STDOUT_FILENO, before_);
+OutputCapture::~OutputCapture() {
+  std::fflush(nullptr);
+  putBack(descriptor_, before_);
 }
 
-std::string StdoutCapture::text() const {
-  std::fflush(stdout);
+std::string OutputCapture::text() const {
+  std::fflush(nullptr);
   return contentOf(file_.get());
 }
 

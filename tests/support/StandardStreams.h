@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include <unistd.h>
+
 namespace vessant::test {
 
 struct CloseFile {
@@ -17,19 +19,28 @@ using ScopedFile = std::unique_ptr<std::FILE, CloseFile>;
 /// Everything in the file; its position stays.
 [[nodiscard]] std::string contentOf(std::FILE* file);
 
-/// Catches what this process and its children write on standard output.
-class StdoutCapture {
+/// Catches what this process and its children write on a standard stream.
+class OutputCapture {
  public:
-  StdoutCapture();
-  StdoutCapture(const StdoutCapture&) = delete;
-  StdoutCapture& operator=(const StdoutCapture&) = delete;
-  ~StdoutCapture();
+  explicit OutputCapture(int descriptor);
+  OutputCapture(const OutputCapture&) = delete;
+  OutputCapture& operator=(const OutputCapture&) = delete;
+  ~OutputCapture();
 
   [[nodiscard]] std::string text() const;
 
  private:
   ScopedFile file_;
+  int descriptor_;
   int before_;
+};
+
+struct StdoutCapture : OutputCapture {
+  StdoutCapture() : OutputCapture(STDOUT_FILENO) {}
+};
+
+struct StderrCapture : OutputCapture {
+  StderrCapture() : OutputCapture(STDERR_FILENO) {}
 };
 
 /// Makes `text` what standard input holds.

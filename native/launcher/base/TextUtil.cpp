@@ -1,7 +1,7 @@
 #include "launcher/base/TextUtil.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <limits>
 #include <optional>
 
@@ -80,12 +80,12 @@ SString quoted(std::string_view text) {
 }
 
 SString longToString(std::int64_t number) {
-  char digits[24];
-  const int length = std::snprintf(digits, sizeof(digits), "%ld", static_cast<long>(number));
-  return std::string_view(digits, static_cast<std::size_t>(length));
+  char digits[24];  // more than any number of 64 bits has
+  const char* end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
+  return std::string_view(digits, static_cast<std::size_t>(end - digits));
 }
 
-bool stringToLong(const SString& text, std::int32_t& number) {
+bool stringToLong(std::string_view text, std::int32_t& number) {
   const std::optional<std::int64_t> scanned = scanNumber(text);
   if (!scanned) return false;
   number = static_cast<std::int32_t>(
@@ -94,7 +94,7 @@ bool stringToLong(const SString& text, std::int32_t& number) {
   return true;
 }
 
-bool stringToShort(const SString& text, std::int16_t& number) {
+bool stringToShort(std::string_view text, std::int16_t& number) {
   const std::optional<std::int64_t> scanned = scanNumber(text);
   if (!scanned) return false;
   number = static_cast<std::int16_t>(static_cast<std::uint64_t>(*scanned) & 0xFFFFU);

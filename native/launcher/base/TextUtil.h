@@ -33,8 +33,8 @@ void trim(SString& text, std::string_view set = kWhitespace);
 /// Reads a decimal number at the start of `text` as scanf's "%ld" would on a machine whose long has
 /// 32 bits: leading whitespace and trailing text are accepted, too large a number becomes the
 /// nearest one that fits. Returns whether there was a number; `number` is untouched if not.
-[[nodiscard]] bool stringToLong(const SString& text, std::int32_t& number);
+[[nodiscard]] bool stringToLong(std::string_view text, std::int32_t& number);
 /// The same as scanf's "%hd" does: the low 16 bits of the number.
-[[nodiscard]] bool stringToShort(const SString& text, std::int16_t& number);
+[[nodiscard]] bool stringToShort(std::string_view text, std::int16_t& number);
 
 }  // namespace vessant

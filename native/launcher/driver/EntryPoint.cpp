@@ -1,10 +1,11 @@
 #include "launcher/driver/EntryPoint.h"
 
-#include <cstdio>
+#include <unistd.h>
 
 #include "launcher/archive/ModeByte.h"
 #include "launcher/base/PathUtil.h"
 #include "launcher/driver/LauncherMain.h"
+#include "launcher/driver/output/StandardStreams.h"
 
 namespace vessant {
 namespace {
@@ -34,7 +35,8 @@ int runLauncher(int argumentCount, const char* const* arguments, LauncherState& 
 
 int reportUnexpectedFailure(const LauncherState& state) {
   if (!state.console.silent)
-    std::puts("The launcher ended because of an unexpected internal failure.");
+    OutputStream(STDOUT_FILENO, state.cancelFlag)
+        .write("The launcher ended because of an unexpected internal failure.\n");
   return kRunFailed;
 }
 

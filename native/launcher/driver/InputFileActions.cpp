@@ -89,6 +89,7 @@ void InputFileActions::performAction(const InputFile& input, Display display,
 void InputFileActions::searchAction(Display display) {
   try {
     finder_.findJvm(display);
+    services_.run.throwIfCanceled();  // what was found by then is no result
     const std::int32_t found = state_.variables.getNumericVariable(1);
     services_.console.printResult(longToString(found));
     if (found == 0) return;
@@ -97,6 +98,7 @@ void InputFileActions::searchAction(Display display) {
     services_.console.printResult(jvmFile);
     services_.tempFiles.unregisterTempFile(jvmFile);  // its reader's from here on
   } catch (const LauncherException&) {
+    if (services_.run.cancelFlag.isSet()) throw;  // the user's wish is no failure of the search
     services_.run.log("Unexpected failure in search.", LogLevel::Error);
   }
 }
@@ -105,6 +107,7 @@ void InputFileActions::searchAllAction(Display display) {
   try {
     printAllMatches(display);
   } catch (const LauncherException& error) {
+    if (services_.run.cancelFlag.isSet()) throw;
     const SString text = services_.messages.errorText(ErrorId::SearchAllFailed) + error.message();
     services_.run.log(text, LogLevel::Error);
     if (display.failure) services_.console.showMessage(text);
@@ -115,6 +118,7 @@ void InputFileActions::searchAllAction(Display display) {
 void InputFileActions::printAllMatches(Display display) {
   JVMMatchPtrDeque matches;
   finder_.findAllJvms(display, matches);
+  services_.run.throwIfCanceled();
   services_.console.printResult(longToString(matches.count()));
   for (const JVMMatch& match : matches) {
     const SString jvmFile = finder_.writeJvmFile(match);

@@ -8,6 +8,14 @@
 #include "launcher/instructions/Interpreter.h"
 
 namespace vessant {
+namespace {
+
+/// For a user whose download broke off, or went through something that changed it.
+constexpr const char* kNoInstaller =
+    ": This file carries no installer. It is incomplete or was changed. Please download or copy it "
+    "again.";
+
+}  // namespace
 
 LauncherMain::LauncherMain(LauncherState& state)
     : state_(state),
@@ -38,16 +46,21 @@ std::int32_t LauncherMain::run(const StringDeque& arguments, const SString& laun
 
 std::int32_t LauncherMain::runDriver(const StringDeque& arguments) {
   CommandLineParser::Outcome outcome = CommandLineParser(state_, services_, *this).parse(arguments);
-  if (!outcome.runDefaultFlow) return outcome.result;
-  objects_.loadLauncherFile();
-  outcome.result = runInstructions();
-  services_.console.finishProgress();
+  if (outcome.runDefaultFlow) {
+    objects_.loadLauncherFile();
+    outcome.result = runInstructions();
+    services_.console.finishProgress();
+  }
+  throwIfCanceled();  // whoever cancelled the run is not told of a success
   return outcome.result;
 }
 
 std::int32_t LauncherMain::runInstructions() {
   const TagFile* script = objects_.instructions();
-  if (script == nullptr) return kRunFailed;
+  if (script == nullptr) {
+    services_.console.showAdvice(state_.originalLauncherFileName + kNoInstaller);
+    return kRunFailed;
+  }
   try {
     return vessant::runInstructions(*script, *this);
   } catch (const InstructionsException& error) {

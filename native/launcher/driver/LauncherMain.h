@@ -37,6 +37,7 @@ class LauncherMain : public InstructionActions, public CommandLineParser::Action
   void loadInputFile(const SString& value, CommandLineParser::Outcome& outcome) override;
 
   // Asked for by the instruction script; the objects that do the work say what each does.
+  void throwIfCanceled() const override { services_.run.throwIfCanceled(); }
   void beginProgress() override;
   void findJvm(Display display) override { finder_.findJvm(display); }
   void verifyEmbeddedJvmFile(Display display, std::int32_t fileId) override {

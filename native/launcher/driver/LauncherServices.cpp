@@ -5,7 +5,7 @@ namespace vessant {
 LauncherServices::LauncherServices(LauncherState& state)
     : messages(platform),
       log(state.log),
-      console(state.console, messages, state.cancelFlag, stdout, stdin),
+      console(state.console, messages, state.cancelFlag),
       run{log, console, messages, state.cancelFlag, platform},
       tempFiles(run, state.tempDirectory),
       extractor(state.originalLauncherFileName, run),
@@ -19,6 +19,7 @@ LauncherServices::LauncherServices(LauncherState& state)
              state.originalLauncherFileName,
              state.classPathPrefix,
              state.classPathSuffix},
-      search{launch, state.javaHome} {}
+      search{.launch = launch, .javaHome = state.javaHome, .fileSystemRoot = state.fileSystemRoot} {
+}
 
 }  // namespace vessant

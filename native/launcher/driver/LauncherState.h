@@ -43,6 +43,8 @@ struct LauncherState {
   SString launchOutput;
   /// The temporary root; empty until it is set or first used.
   SString tempDirectory;
+  /// Where the search of the whole disk starts; tests have a disk of their own.
+  SString fileSystemRoot = "/";
   /// This process is an embedded launcher that another launcher started. The first copy of the flag
   /// is for launching, the second for the clean-up.
   bool originalLauncherMode = false;

@@ -23,6 +23,10 @@ class InstructionActions {
 
   virtual ~InstructionActions() = default;
 
+  /// Is called before each statement, behind the last and wherever else a script may run for ever.
+  /// Throws LauncherException when the run has been cancelled.
+  virtual void throwIfCanceled() const = 0;
+
   virtual void findJvm(Display display) = 0;
   /// The launches return the program's status. They show their stage when `seconds` is above 0; it
   /// stays on the screen, however many they are.

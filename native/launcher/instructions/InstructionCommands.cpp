@@ -8,13 +8,13 @@ namespace vessant {
 namespace {
 
 /// Most commands let the readers report in their own words alone.
-constexpr const char* kNoContext = "";
+constexpr std::string_view kNoContext = "";
 
 /// The next token, which must be there.
-SString requireToken(const InstructionRun& run, StatementArguments& arguments,
-                     const char* messageIfMissing) {
-  SString token = arguments.nextToken();
-  if (token.isEmpty()) run.instructionError(messageIfMissing);
+std::string_view requireToken(const InstructionRun& run, StatementArguments& arguments,
+                              const char* messageIfMissing) {
+  const std::string_view token = arguments.nextToken();
+  if (token.empty()) run.instructionError(messageIfMissing);
   return token;
 }
 
@@ -79,14 +79,14 @@ void executeInstallJvm(InstructionRun& run, StatementArguments& arguments) {
 void executeJmp0(InstructionRun& run, StatementArguments& arguments) {
   const std::int32_t value =
       run.numericValue(arguments.nextToken(), "The second argument to JMP0 must be numeric.");
-  const SString label =
+  const std::string_view label =
       requireToken(run, arguments, "JMP0 requires a jump label as its second argument.");
   if (value == 0) run.jumpTo(label);
 }
 
 void executeLaunch(InstructionRun& run, StatementArguments& arguments) {
-  const SString context = "Invalid jvm file name specified in LAUNCH.";
-  const SString fileName = run.textValue(arguments.nextText(context), context);
+  constexpr std::string_view kContext = "Invalid jvm file name specified in LAUNCH.";
+  const SString fileName = run.textValue(arguments.nextText(kContext), kContext);
   const std::int16_t seconds = requireShort(
       run, arguments,
       "The second argument to LAUNCH should be the number of seconds to display the UI during the "
@@ -106,17 +106,17 @@ void assign(InstructionActions& actions, const VariableSpecification& variable,
 }
 
 void executeSet(InstructionRun& run, StatementArguments& arguments) {
-  const SString statement = arguments.rest();
-  const SString::Size equals = statement.find('=');
-  if (equals == SString::npos) run.instructionError("SET statement is missing =.");
+  const std::string_view statement = arguments.rest();
+  const std::size_t equals = statement.find('=');
+  if (equals == std::string_view::npos) run.instructionError("SET statement is missing =.");
   const VariableSpecification variable =
-      parseVariableSpecification(trimmed(statement.substr(0, equals)),
+      parseVariableSpecification(trimmedView(statement.substr(0, equals)),
                                  "Invalid variable specified on left hand side of SET statement.");
-  SString value = trimmed(statement.substr(equals + 1));
+  const std::string_view value = trimmedView(statement.substr(equals + 1));
   // An empty text would be refused as an expression, but it is how a variable is cleared.
-  if (!value.isEmpty())
-    value = run.textValue(value, "Invalid expression specified for SET command");
-  assign(run.actions(), variable, value);
+  assign(run.actions(), variable,
+         value.empty() ? SString()
+                       : run.textValue(value, "Invalid expression specified for SET command"));
 }
 
 void executeVerify(InstructionRun& run, StatementArguments& arguments) {
@@ -161,7 +161,7 @@ constexpr InstructionCommand kCommands[] = {
 
 }  // namespace
 
-const InstructionCommand* findInstructionCommand(const SString& name) {
+const InstructionCommand* findInstructionCommand(std::string_view name) {
   for (const InstructionCommand& command : kCommands) {
     if (name == command.name) return &command;
   }

@@ -1,20 +1,21 @@
 // The commands of the instruction script.
 #pragma once
 
-#include "launcher/base/SString.h"
+#include <string_view>
+
 #include "launcher/instructions/InstructionRun.h"
 #include "launcher/instructions/StatementArguments.h"
 
 namespace vessant {
 
 struct InstructionCommand {
-  const char* name;
+  std::string_view name;
   /// Reads its arguments and does its work. Throws InstructionsException for arguments that are
   /// missing or wrong.
   void (*execute)(InstructionRun& run, StatementArguments& arguments);
 };
 
 /// The command of that name, or null.
-[[nodiscard]] const InstructionCommand* findInstructionCommand(const SString& name);
+[[nodiscard]] const InstructionCommand* findInstructionCommand(std::string_view name);
 
 }  // namespace vessant

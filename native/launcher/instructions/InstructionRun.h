@@ -5,6 +5,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
 
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
@@ -30,21 +33,21 @@ class InstructionRun {
   [[noreturn]] void instructionError(const SString& message) const;
 
   /// Replaces the @N1@ and @S1@ references in `text`. `context` begins the error messages. A value
-  /// that refers to itself never ends.
-  void substituteVariables(SString& text, const SString& context) const;
+  /// that refers to itself ends only when the run is cancelled.
+  void substituteVariables(SString& text, std::string_view context) const;
   /// A token with its variables substituted, as a number. `context` begins the error messages.
-  [[nodiscard]] std::int32_t numericValue(const SString& token, const SString& context) const;
-  [[nodiscard]] std::int16_t shortValue(const SString& token, const SString& context) const;
+  [[nodiscard]] std::int32_t numericValue(std::string_view token, std::string_view context) const;
+  [[nodiscard]] std::int16_t shortValue(std::string_view token, std::string_view context) const;
   /// 0 or 1.
-  [[nodiscard]] bool booleanValue(const SString& token, const SString& context) const;
+  [[nodiscard]] bool booleanValue(std::string_view token, std::string_view context) const;
   /// A text that may stand in double quotes, else is cut at the first whitespace; substituted.
-  [[nodiscard]] SString textValue(const SString& text, const SString& context) const;
+  [[nodiscard]] SString textValue(std::string_view text, std::string_view context) const;
 
   /// The index of the statement that is the label. The first statement is never found. Kept:
   /// scripts begin with a label line that is only a title.
-  [[nodiscard]] std::int32_t findLabel(const SString& label) const;
+  [[nodiscard]] std::int32_t findLabel(std::string_view label);
   /// Makes the label the current statement, so that the run goes on behind it.
-  void jumpTo(const SString& label) { programCounter_ = findLabel(label); }
+  void jumpTo(std::string_view label) { programCounter_ = findLabel(label); }
 
   /// What the run returns when it is over: the status of the last launch.
   [[nodiscard]] std::int32_t result() const { return result_; }
@@ -52,13 +55,18 @@ class InstructionRun {
   [[nodiscard]] InstructionActions& actions() const { return actions_; }
 
  private:
-  bool substituteOnce(SString& text, const SString& context) const;
+  using Labels = std::unordered_map<std::string_view, std::int32_t>;
+
+  bool substituteOnce(SString& text, std::string_view context) const;
+  void indexLabels();
 
   InstructionActions& actions_;
   const StringDeque* statements_;  // null for a script without statements
   std::int32_t count_;
   std::int32_t programCounter_ = 0;
   std::int32_t result_ = 0;
+  std::optional<Labels>
+      labels_;  // made by the first jump, so that no other looks through the script
 };
 
 }  // namespace vessant

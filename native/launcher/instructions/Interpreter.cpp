@@ -1,6 +1,7 @@
 #include "launcher/instructions/Interpreter.h"
 
-#include "launcher/base/Readers.h"
+#include <string_view>
+
 #include "launcher/instructions/InstructionCommands.h"
 #include "launcher/instructions/InstructionRun.h"
 #include "launcher/instructions/StatementArguments.h"
@@ -9,16 +10,15 @@ namespace vessant {
 namespace {
 
 void executeStatement(InstructionRun& run) {
-  const SString& statement = run.statement();
-  SString::Size position = 0;
-  SString token;
-  nextWord(token, statement, position);
-  if (token.isEmpty()) run.instructionError("No command specified.");
+  StatementArguments arguments(run.statement());
+  const std::string_view token = arguments.nextToken();
+  if (token.empty()) run.instructionError("No command specified.");
   // Whatever stands behind it: only jumps compare the whole statement.
-  if (token.at(0) == kLabelMark) return;
+  if (token.front() == kLabelMark) return;
   const InstructionCommand* command = findInstructionCommand(token);
-  if (command == nullptr) run.instructionError("Invalid command (" + token + "). ");
-  StatementArguments arguments(statement, position);
+  if (command == nullptr) {
+    run.instructionError(SString("Invalid command (") + token + "). ");
+  }
   command->execute(run, arguments);
 }
 
@@ -27,9 +27,12 @@ void executeStatement(InstructionRun& run) {
 std::int32_t runInstructions(const TagFile& script, InstructionActions& actions) {
   InstructionRun run(script, actions);
   while (!run.isOver()) {
+    // A cancelled run starts nothing more, and a script that goes round in a circle ends here.
+    actions.throwIfCanceled();
     executeStatement(run);
     run.goOn();  // also behind a jump, which has made the label the current statement
   }
+  actions.throwIfCanceled();  // the last program may have died of what cancelled the run
   return run.result();
 }
 

@@ -6,7 +6,7 @@
 namespace vessant {
 namespace {
 
-constexpr SString::Size kShortest = 2;
+constexpr std::size_t kShortest = 2;
 
 char upperCase(char letter) {
   return 'a' <= letter && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
@@ -14,23 +14,22 @@ char upperCase(char letter) {
 
 }  // namespace
 
-VariableSpecification parseVariableSpecification(const SString& text, const SString& context) {
-  const SString prefix = context + " ";
-  if (text.length() < kShortest) {
-    throw LauncherException(prefix +
-                            "Variable references must be at least 2 characters (e.g. N1 and S10).");
+VariableSpecification parseVariableSpecification(std::string_view text, std::string_view context) {
+  if (text.size() < kShortest) {
+    throw LauncherException(
+        SString(context) + " Variable references must be at least 2 characters (e.g. N1 and S10).");
   }
-  const char type = upperCase(text.at(0));
+  const char type = upperCase(text.front());
   if (type != 'N' && type != 'S') {
-    throw LauncherException(prefix + "Invalid variable reference (" + text +
+    throw LauncherException(SString(context) + " Invalid variable reference (" + text +
                             "). Must use N or S as the variable type, e.g. N2 or S1.");
   }
-  const SString rest = text.substr(1);
+  const std::string_view rest = text.substr(1);
   const std::int32_t most =
       type == 'N' ? InstructionActions::kNumericVariables : InstructionActions::kStringVariables;
   std::int32_t number = 0;
   if (!stringToLong(rest, number) || number < 1 || number > most) {
-    throw LauncherException(prefix + "Variable number is invalid (" + rest + ")");
+    throw LauncherException(SString(context) + " Variable number is invalid (" + rest + ")");
   }
   return {type, number};
 }

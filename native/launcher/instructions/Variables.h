@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "launcher/base/SString.h"
 #include "launcher/instructions/InstructionActions.h"
@@ -15,8 +16,8 @@ struct VariableSpecification {
 
 /// Reads a specification such as "N1" or "s10". Throws LauncherException with `context`, a blank
 /// and the reason.
-[[nodiscard]] VariableSpecification parseVariableSpecification(const SString& text,
-                                                               const SString& context);
+[[nodiscard]] VariableSpecification parseVariableSpecification(std::string_view text,
+                                                               std::string_view context);
 
 /// The variable's value as text.
 [[nodiscard]] SString variableText(const VariableSpecification& variable,

@@ -36,7 +36,7 @@ constexpr CommandForm kForms[] = {
 
 Verb verbOf(const std::string& word) {
   if (word.starts_with(kLabelMark)) return Verb::Label;
-  const InstructionCommand* command = findInstructionCommand(sstr(word));
+  const InstructionCommand* command = findInstructionCommand(word);
   if (command == nullptr) return Verb::Unknown;
   for (const CommandForm& form : kForms) {
     if (word == form.name) return form.verb;
@@ -46,32 +46,32 @@ Verb verbOf(const std::string& word) {
 
 /// SET takes all that is left: it has two arguments or, without "=", one.
 void readSet(Statement& statement, const StatementArguments& arguments) {
-  const SString rest = arguments.rest();
-  const SString::Size equals = rest.find('=');
-  if (rest.isEmpty()) return;
-  statement.arguments.push_back(str(trimmed(rest.substr(0, equals))));
-  if (equals == SString::npos) return;
-  statement.arguments.push_back(str(trimmed(rest.substr(equals + 1))));
+  const std::string_view rest = arguments.rest();
+  const std::size_t equals = rest.find('=');
+  if (rest.empty()) return;
+  statement.arguments.emplace_back(trimmedView(rest.substr(0, equals)));
+  if (equals == std::string_view::npos) return;
+  statement.arguments.emplace_back(trimmedView(rest.substr(equals + 1)));
 }
 
-SString nextArgumentOf(const Statement& statement, StatementArguments& arguments) {
+std::string_view nextArgumentOf(const Statement& statement, StatementArguments& arguments) {
   const bool isText = statement.verb == Verb::Launch && statement.arguments.empty();
   return isText ? arguments.nextText("") : arguments.nextToken();
 }
 
 void readArguments(Statement& statement, StatementArguments& arguments, std::size_t count) {
-  const SString all = arguments.rest();
+  const std::string_view all = arguments.rest();
   try {
     while (statement.arguments.size() < count) {
-      const SString argument = nextArgumentOf(statement, arguments);
-      if (argument.isEmpty()) break;
-      statement.arguments.push_back(str(argument));
+      const std::string_view argument = nextArgumentOf(statement, arguments);
+      if (argument.empty()) break;
+      statement.arguments.emplace_back(argument);
     }
   } catch (const LauncherException&) {
-    statement.arguments.push_back(str(all));  // a quote that is not closed takes all
+    statement.arguments.emplace_back(all);  // a quote that is not closed takes all
     return;
   }
-  statement.ignored = str(arguments.rest());
+  statement.ignored = arguments.rest();
 }
 
 }  // namespace
@@ -80,20 +80,16 @@ Statement readStatement(const std::string& text, int line) {
   Statement statement;
   statement.text = text;
   statement.line = line;
-  const SString source = sstr(text);
-  SString word;
-  SString::Size position = 0;
-  nextWord(word, source, position);
-  statement.word = str(word);
+  StatementArguments arguments(text);
+  statement.word = arguments.nextToken();
   statement.verb = verbOf(statement.word);
-  StatementArguments arguments(source, position);
   const CommandForm* form = findCommandForm(statement.verb);
   if (statement.verb == Verb::Set) {
     readSet(statement, arguments);
   } else if (form != nullptr) {
     readArguments(statement, arguments, form->arguments.size());
   } else {
-    statement.ignored = str(arguments.rest());
+    statement.ignored = arguments.rest();
   }
   return statement;
 }
@@ -136,7 +132,7 @@ References referencesIn(const std::string& text) {
 
 std::optional<VariableSpecification> parseVariable(const std::string& text, std::string& reason) {
   try {
-    return parseVariableSpecification(sstr(text), "");
+    return parseVariableSpecification(text, "");
   } catch (const LauncherException& error) {
     reason = str(trimmed(error.message()));
     return std::nullopt;

@@ -8,7 +8,7 @@
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "launcher/instructions/InstructionActions.h"
-#include "launcher/instructions/InstructionScript.h"
+#include "launcher/instructions/Interpreter.h"
 #include "packer/Nearest.h"
 #include "packer/Text.h"
 #include "packer/check/NumberCheck.h"
@@ -19,7 +19,8 @@ namespace {
 /// Does nothing, successfully.
 class NoActions : public InstructionActions {
  public:
-  void findJvm(bool /*showProgress*/, bool /*showFailure*/) override {}
+  void throwIfCanceled() const override {}
+  void findJvm(Display /*display*/) override {}
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t /*id*/, std::int16_t /*seconds*/) override {
     return 0;
   }
@@ -28,8 +29,7 @@ class NoActions : public InstructionActions {
   std::int32_t launchWithJvmFile(const SString& /*name*/, std::int16_t /*seconds*/) override {
     return 0;
   }
-  void verifyEmbeddedJvmFile(bool /*showProgress*/, bool /*showFailure*/,
-                             std::int32_t /*id*/) override {}
+  void verifyEmbeddedJvmFile(Display /*display*/, std::int32_t /*id*/) override {}
   void runEmbeddedLauncher(std::int32_t /*id*/) override {}
   [[nodiscard]] SString getStringVariable(std::int32_t /*number*/) const override { return "1"; }
   void setStringVariable(std::int32_t /*number*/, const SString& /*value*/) override {}
@@ -46,7 +46,7 @@ std::string whyRefused(const Statement& statement) {
   script.addValue("INSTRUCTIONS", sstr(statement.text));
   NoActions actions;
   try {
-    static_cast<void>(runInstructions(InstructionScript(script), actions));
+    static_cast<void>(runInstructions(script, actions));
     return "";
   } catch (const InstructionsException& error) {
     return str(trimmed(error.message()));

@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "launcher/driver/output/Console.h"
 #include "support/FakeRun.h"
@@ -19,8 +21,13 @@ struct ConsoleFixture {
   FakeRun run;
   ConsoleState state;
   ScopedFile out = fileWith();
+  ScopedFile err = fileWith();
   ScopedFile in;
-  Console console{state, run.messages, run.cancelFlag, out.get(), in.get()};
+  Console console{
+      state,
+      run.messages,
+      run.cancelFlag,
+      {.in = ::fileno(in.get()), .out = ::fileno(out.get()), .err = ::fileno(err.get())}};
 };
 
 /// What a console prints while `use` uses it.
@@ -61,6 +68,21 @@ TEST(Console, PrintsResultsAlsoInSilence) {
   fixture.console.disableProgress();
   fixture.console.printResult("1");
   EXPECT_EQ(fixture.text(), "1\n");
+}
+
+TEST(Console, ShowsAdviceOnStandardErrorAlone) {
+  ConsoleFixture fixture;
+  fixture.console.disableProgress();
+  fixture.console.showAdvice("fetch it again");
+  EXPECT_EQ(contentOf(fixture.err.get()), "fetch it again\n");
+  EXPECT_EQ(fixture.text(), "");
+}
+
+TEST(Console, ShowsNoAdviceInSilence) {
+  ConsoleFixture fixture;
+  fixture.console.setSilent(true);
+  fixture.console.showAdvice("fetch it again");
+  EXPECT_EQ(contentOf(fixture.err.get()), "");
 }
 
 struct StageLines {
@@ -284,7 +306,7 @@ TEST(Console, AsksNothingInSilence) {
   fixture.console.setSilent(true);
   EXPECT_EQ(fixture.console.askDestinationDirectory(), "");
   EXPECT_EQ(fixture.text(), "");
-  EXPECT_EQ(std::fgetc(fixture.in.get()), '/');
+  EXPECT_EQ(::lseek(::fileno(fixture.in.get()), 0, SEEK_CUR), 0) << "something was read";
 }
 
 TEST(Console, TakesTheEndOfTheInputForAnEmptyAnswer) {
@@ -297,6 +319,28 @@ TEST(Console, TakesTheEndOfTheInputForAnEmptyAnswer) {
 TEST(Console, CutsAnAnswerAfter1023Bytes) {
   ConsoleFixture fixture(std::string(3000, 'a'));
   EXPECT_EQ(str(fixture.console.askDestinationDirectory()), std::string(1023, 'a'));
+}
+
+TEST(Console, TakesNoAnswerFromAUserWhoCancels) {
+  ConsoleFixture fixture("/opt\n");
+  fixture.run.cancelFlag.set();
+  EXPECT_EQ(fixture.console.askDestinationDirectory(), "");
+}
+
+/// A reader at the other end of a pipe sees each dot when it is printed.
+TEST(Console, HoldsNothingBack) {
+  FakeRun run;
+  ConsoleState state;
+  int ends[2] = {-1, -1};
+  ASSERT_EQ(::pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
+  Console console(state, run.messages, run.cancelFlag, {.out = ends[1]});
+  char bytes[16] = {};
+  console.addProgressDots(1);
+  EXPECT_EQ(::read(ends[0], bytes, sizeof(bytes)), 1);
+  console.showMessage("text");
+  EXPECT_EQ(::read(ends[0], bytes, sizeof(bytes)), 5);
+  ::close(ends[0]);
+  ::close(ends[1]);
 }
 
 TEST(Console, SetsAndPrintsTheTitle) {

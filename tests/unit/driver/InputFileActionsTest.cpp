@@ -121,11 +121,13 @@ TEST_F(SearchActionTest, LogsAnInterruptionAndPrintsNothing) {
   EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
-using SearchAllActionTest = ActionTest;
+/// The disk is a directory of the test.
+class SearchAllActionTest : public ActionTest {
+ protected:
+  SearchAllActionTest() { run.state.fileSystemRoot = SString(run.tree.dir("disk")); }
+};
 
-/// With the cancel flag the walk over the disk ends where it begins.
 TEST_F(SearchAllActionTest, PrintsZeroWithoutAJvm) {
-  run.state.cancelFlag.set();
   EXPECT_EQ(act("ACTION: SEARCH_ALL\n"), 0);
   EXPECT_EQ(run.out, "0\n");
   EXPECT_THAT(run.log(), HasSubstr("\nFinding all matching JVMs\nBeginning exhaustive search\n"));
@@ -133,13 +135,11 @@ TEST_F(SearchAllActionTest, PrintsZeroWithoutAJvm) {
 }
 
 TEST_F(SearchAllActionTest, PrintsItsResultAlsoInSilence) {
-  run.state.cancelFlag.set();
   EXPECT_EQ(act("ACTION: SEARCH_ALL\nSHOW_PROGRESS: 1\n", {"-vs:silent"}), 0);
   EXPECT_EQ(run.out, "0\n");
 }
 
 TEST_F(SearchAllActionTest, ShowsItsStageAndThePhaseWhenAsked) {
-  run.state.cancelFlag.set();
   EXPECT_EQ(act("ACTION: SEARCH_ALL\nSHOW_PROGRESS: 1\n"), 0);
   EXPECT_EQ(run.out,
             "\nSearching for Java(tm) Virtual Machine...\n"
@@ -151,6 +151,37 @@ TEST_F(SearchAllActionTest, LogsAnInterruptionAndPrintsZero) {
   EXPECT_EQ(act("ACTION: SEARCH_ALL\n"), 0);
   EXPECT_EQ(run.out, "0\n");
   EXPECT_THAT(run.log(), EndsWith(errorLine("Unable to search for all JVMs." + cause)));
+}
+
+TEST_F(SearchAllActionTest, PrintsEveryHomeAndItsJvmFileWhichStays) {
+  const std::string home = run.javaHome("disk/jdk", "17");
+  run.verificationClass().jvmFile(10, jvmFileText("17", "SEARCH_ALL: 1\n"));
+  EXPECT_EQ(act("ACTION: SEARCH_ALL\n"), 0);
+  const std::vector<std::string> lines = linesOf(run.out);
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_EQ(lines[0], "1");
+  EXPECT_EQ(lines[1], home);
+  run.end();
+  EXPECT_THAT(run.tempFiles(),
+              testing::ElementsAre(lines[2].substr(run.tree.path("temp/").size())));
+}
+
+/// A cancelled action has no result, not even "0".
+TEST_F(SearchAllActionTest, EndsWithTheRunWhenItIsCancelled) {
+  run.state.cancelFlag.set();
+  EXPECT_EQ(act("ACTION: SEARCH_ALL\nSHOW_FAIL_MSG: 1\n"), -1);
+  EXPECT_THAT(run.out, EndsWith("Canceled by the user.\n"));
+  EXPECT_THAT(run.out, Not(HasSubstr("0\n")));
+  EXPECT_THAT(run.log(), EndsWith("\n" + errorLine("Canceled by the user.")));
+}
+
+TEST_F(SearchActionTest, EndsWithTheRunWhenItIsCancelled) {
+  addMatchingJvm();
+  run.state.cancelFlag.set();
+  EXPECT_EQ(act("ACTION: SEARCH\nSHOW_FAIL_MSG: 1\n"), -1);
+  EXPECT_THAT(run.out, EndsWith("Canceled by the user.\n"));
+  EXPECT_THAT(run.log(), EndsWith("\n" + errorLine("Canceled by the user.")));
+  EXPECT_THAT(run.log(), Not(HasSubstr("Unexpected failure")));
 }
 
 TEST_F(SearchAllActionTest, ShowsAnInterruptionWhenAsked) {

@@ -8,6 +8,7 @@
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/driver/LauncherMain.h"
+#include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
 namespace vessant::test {
@@ -66,10 +67,68 @@ TEST(Run, IsAFailureWithoutAScript) {
   EXPECT_EQ(run.state.console.progressCount, 100);
 }
 
-TEST(Run, IsAFailureForALauncherWithoutFiles) {
+/// What the run says on standard error.
+std::string adviceOf(DriverRun& run, const std::vector<std::string>& arguments = {}) {
+  const StderrCapture capture;
+  EXPECT_EQ(run.run(arguments), -1);
+  return capture.text();
+}
+
+std::string noInstaller(const std::string& file) {
+  return file +
+         ": This file carries no installer. It is incomplete or was changed. Please download or "
+         "copy it again.\n";
+}
+
+TEST(Run, AdvisesToFetchALauncherWithoutFilesAgain) {
+  DriverRun run;
+  run.script({"SET N5 = 1"}).file.identification(0);
+  EXPECT_EQ(adviceOf(run), noInstaller(run.launcherFile));
+  EXPECT_EQ(run.out, "\n");
+  EXPECT_EQ(run.n(5), 0);
+}
+
+TEST(Run, AdvisesToFetchALauncherWithoutAScriptAgain) {
+  DriverRun run;
+  run.jvmFile(10, "DESC: Java\n");
+  EXPECT_EQ(adviceOf(run), noInstaller(run.launcherFile));
+}
+
+TEST(Run, NamesTheFileWhoseFilesAreMissing) {
+  DriverRun run;
+  const std::string outer = run.tree.file("outer.bin", "nothing behind it");
+  EXPECT_EQ(adviceOf(run, {"-vs:orig", outer}), noInstaller(outer));
+}
+
+TEST(Run, GivesNoAdviceInSilence) {
   DriverRun run;
   run.file.identification(0);
+  EXPECT_EQ(adviceOf(run, {"-vs:silent"}), "");
+}
+
+TEST(Run, GivesNoAdviceWhereNoScriptIsToRun) {
+  DriverRun run;
+  run.file.identification(0);
+  const StderrCapture capture;
+  EXPECT_EQ(run.run({"-vs:version"}), 0);
+  EXPECT_EQ(capture.text(), "");
+}
+
+TEST(Run, TellsThatTheUserCanceled) {
+  DriverRun run;
+  run.script({"SET N5 = 1"});
+  run.state.cancelFlag.set();
   EXPECT_EQ(run.run(), -1);
+  EXPECT_EQ(run.out, "Canceled by the user.\n");
+  EXPECT_EQ(run.n(5), 0);
+  EXPECT_THAT(run.log(), testing::EndsWith(errorLine("Canceled by the user.")));
+}
+
+TEST(Run, TellsThatTheUserCanceledAlsoBehindAnAction) {
+  DriverRun run;
+  run.state.cancelFlag.set();
+  EXPECT_EQ(run.run({"-vs:version"}), -1);
+  EXPECT_EQ(run.out, "2.52\nCanceled by the user.\n");
 }
 
 TEST(Run, ShowsAndLogsAFailureToLoadTheIndex) {

@@ -1,5 +1,7 @@
 // The loop over the statements: their order, the result and the errors that end it.
 
+#include <thread>
+
 #include "InstructionsFixture.h"
 #include "launcher/base/Exceptions.h"
 #include "support/TempTree.h"
@@ -71,6 +73,39 @@ TEST_F(Execution, PassesTheErrorsOfOperationsOn) {
   actions.during = [] { throw LauncherException("No JVM installer was included."); };
   EXPECT_EQ(errorIn("INSTALL_JVM 1"),
             (ScriptError{"No JVM installer was included.", ScriptError::kNoLine}));
+}
+
+constexpr const char* kCanceled = "Canceled by the user.";
+
+TEST_F(Execution, StartsNothingMoreOnceTheRunIsCancelled) {
+  actions.during = [this] { actions.canceled = true; };
+  EXPECT_EQ(errorOf({"INITIALIZE_UI", "FIND_JVM 1 1"}),
+            (ScriptError{kCanceled, ScriptError::kNoLine}));
+  EXPECT_EQ(actions.calls, Calls{"beginProgress()"});
+}
+
+TEST_F(Execution, IsCancelledAlsoInItsLastStatement) {
+  actions.during = [this] { actions.canceled = true; };
+  EXPECT_EQ(errorOf({"ILAUNCH 2 0"}), (ScriptError{kCanceled, ScriptError::kNoLine}));
+}
+
+TEST_F(Execution, OfACancelledRunDoesNotBegin) {
+  actions.canceled = true;
+  EXPECT_EQ(errorOf({"BARK"}), (ScriptError{kCanceled, ScriptError::kNoLine}));
+}
+
+/// Without the look at the flag these never end.
+TEST_F(Execution, ThatGoesRoundInACircleEndsWhenTheRunIsCancelled) {
+  std::thread user([this] { actions.canceled = true; });
+  EXPECT_EQ(errorOf({"// begin", ":again", "GOTO again"}).message, kCanceled);
+  user.join();
+}
+
+TEST_F(Execution, OfAValueThatRefersToItselfEndsWhenTheRunIsCancelled) {
+  actions.setStringVariable(1, "x@S1@");
+  std::thread user([this] { actions.canceled = true; });
+  EXPECT_EQ(errorOf({"INSTALL_JVM \"@S1@\""}).message, kCanceled);
+  user.join();
 }
 
 TEST_F(Execution, SeesTheVariablesThatOperationsSet) {

@@ -4,6 +4,10 @@
 
 namespace vessant::test {
 
+void RecordingActions::throwIfCanceled() const {
+  if (canceled) throw LauncherException("Canceled by the user.");
+}
+
 void RecordingActions::findJvm(Display display) {
   record("findJvm", {std::to_string(display.progress), std::to_string(display.failure)});
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <ostream>
@@ -21,6 +22,7 @@ namespace vessant::test {
 
 class RecordingActions : public InstructionActions {
  public:
+  void throwIfCanceled() const override;
   void findJvm(Display display) override;
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds) override;
   void beginProgress() override;
@@ -38,6 +40,8 @@ class RecordingActions : public InstructionActions {
   std::vector<std::string> calls;
   /// What the launches answer, one after another; 0 when none is left.
   std::vector<std::int32_t> statuses;
+  /// The script is cancelled where it looks next.
+  std::atomic<bool> canceled = false;
   /// Happens in every operation, after it is recorded.
   std::function<void()> during;
 

@@ -1,16 +1,12 @@
 #include "launcher/driver/output/Console.h"
 
-#include <poll.h>
-
-#include "launcher/base/SignalWait.h"
-#include "launcher/base/TextUtil.h"
 #include "launcher/base/UnicodeEscapes.h"
 
 namespace vessant {
 namespace {
 
 constexpr std::int32_t kUnitsPerLine = 70;
-constexpr SString::Size kLongestAnswer = 1023;
+constexpr std::size_t kLongestAnswer = 1023;
 
 /// A run that shows progress for long enough starts again from the smallest number.
 std::int32_t wrappedSum(std::int32_t a, std::int32_t b) {
@@ -23,12 +19,12 @@ SString titleFrom(const SString& text) {
 
 }  // namespace
 
-Console::~Console() {
-  flushUnlessInterrupted(out_, cancelFlag_);
-}
-
 void Console::showMessage(const SString& text) {
   if (!state_.silent) printLine(text);
+}
+
+void Console::showAdvice(const SString& text) {
+  if (!state_.silent) err_.write((text + "\n").view());
 }
 
 void Console::printResult(const SString& text) {
@@ -36,55 +32,37 @@ void Console::printResult(const SString& text) {
 }
 
 void Console::showStage(Stage stage) {
-  SString first;
-  SString second;
   switch (stage) {
     case Stage::Initializing:
-      second = messages_.formatMessage(MessageId::Initializing, state_.uiTitle);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::Initializing, state_.uiTitle));
     case Stage::SearchingForJvm:
-      second = messages_.formatMessage(MessageId::SearchingForJava);
-      break;
-    case Stage::Failed:
-      first = messages_.formatMessage(MessageId::NoJvmFound);
-      second = messages_.formatMessage(MessageId::NotLaunched, state_.uiTitle);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::SearchingForJava));
+    case Stage::Failed:  // Kept: nothing stands between the two sentences
+      return showProgressLine(messages_.formatMessage(MessageId::NoJvmFound) +
+                              messages_.formatMessage(MessageId::NotLaunched, state_.uiTitle));
     case Stage::Running:
-      second = messages_.formatMessage(MessageId::Running, state_.uiTitle);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::Running, state_.uiTitle));
     case Stage::PreparingJvm:
-      second = messages_.formatMessage(MessageId::PreparingJvm);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::PreparingJvm));
     default:
       return;
   }
-  if (state_.silent || !state_.progressShown) return;
-  printLine("");
-  print(first, true);
-  printLine(second);
 }
 
+/// The phase changes also where its line is not shown, but not in silence.
 void Console::showSearchPhase(SearchPhase phase, const SString& text) {
   if (state_.silent) return;
-  SString line;
+  state_.searchPhase = phase;
   switch (phase) {
     case SearchPhase::Searching:
-      line = messages_.formatMessage(MessageId::SearchingForJvm, text);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::SearchingForJvm, text));
     case SearchPhase::Scanning:
-      line = messages_.formatMessage(MessageId::ScanningDisks);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::ScanningDisks));
     case SearchPhase::Verifying:
-      line = messages_.formatMessage(MessageId::VerifyingJvm, text);
-      break;
+      return showProgressLine(messages_.formatMessage(MessageId::VerifyingJvm, text));
     default:
       state_.searchPhase = SearchPhase::None;
-      return;
   }
-  state_.searchPhase = phase;
-  if (!state_.progressShown) return;
-  printLine("");
-  printLine(line);
 }
 
 void Console::addProgressDots(std::int32_t count) {
@@ -92,7 +70,7 @@ void Console::addProgressDots(std::int32_t count) {
   state_.progressCount = wrappedSum(state_.progressCount, count);
   if (state_.progressShown) {
     const SString dot = messages_.formatMessage(MessageId::ProgressDot);
-    for (std::int32_t i = 0; i < count; ++i) print(dot, true);
+    for (std::int32_t i = 0; i < count; ++i) out_.write(dot.view());
   }
   setProgress(wrappedSum(state_.progressCount, count));
 }
@@ -109,27 +87,7 @@ void Console::setProgress(std::int32_t value) {
 SString Console::askDestinationDirectory() {
   if (state_.silent) return "";
   if (state_.progressShown) printLine(messages_.formatMessage(MessageId::AskDestination));
-  // The question must be there before the answer is waited for.
-  flushUnlessInterrupted(out_, cancelFlag_);
-  return readWord();
-}
-
-/// Character by character: each wait can be interrupted, and what stands behind the answer is left
-/// for the program.
-SString Console::readWord() {
-  std::setvbuf(in_, nullptr, _IONBF, 0);
-  SString word;
-  while (word.length() < kLongestAnswer) {
-    if (!waitUntilReady(::fileno(in_), POLLIN, cancelFlag_)) return "";
-    const int character = std::getc(in_);
-    if (character == EOF) break;
-    if (!isWideSpaceChar(static_cast<char>(character))) {
-      word += static_cast<char>(character);
-    } else if (!word.isEmpty()) {
-      break;
-    }
-  }
-  return cancelFlag_.isInterrupted() ? SString() : word;
+  return in_.readWord(kLongestAnswer);
 }
 
 void Console::setUiTitle(const SString& text) {
@@ -142,14 +100,13 @@ void Console::showTitle(const SString& text) {
   printLine(titleFrom(text));
 }
 
-void Console::print(const SString& text, bool flush) {
-  if (!waitUntilReady(::fileno(out_), POLLOUT, cancelFlag_)) return;
-  std::fwrite(text.cString(), 1, text.length(), out_);
-  if (flush) std::fflush(out_);
+/// An empty line sets it apart from the dots in front of it.
+void Console::showProgressLine(const SString& line) {
+  if (!state_.silent && state_.progressShown) printLine("\n" + line);
 }
 
 void Console::printLine(const SString& text) {
-  print(text + "\n", false);
+  out_.write((text + "\n").view());
 }
 
 }  // namespace vessant

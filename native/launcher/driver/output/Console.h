@@ -5,11 +5,13 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
+
+#include <unistd.h>
 
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/driver/output/Messages.h"
+#include "launcher/driver/output/StandardStreams.h"
 
 namespace vessant {
 
@@ -34,22 +36,31 @@ enum class Stage : int {
   PreparingJvm = 4,
 };
 
+/// Where a console reads and writes.
+struct ConsoleDescriptors {
+  int in = STDIN_FILENO;
+  int out = STDOUT_FILENO;
+  int err = STDERR_FILENO;
+};
+
 class Console : public ProgressSink {
  public:
   static constexpr std::int32_t kProgressDone = 100;
 
-  /// All must outlive this. `in` is where answers are read from. Nothing waits for whoever reads
-  /// `out` or answers once the run is interrupted: the rest is lost, and the answer empty.
+  /// All must outlive this. A question and a reader that does not read end with `cancelFlag`.
   Console(ConsoleState& state, const Messages& messages, const CancelFlag& cancelFlag,
-          std::FILE* out, std::FILE* in)
-      : state_(state), messages_(messages), cancelFlag_(cancelFlag), out_(out), in_(in) {}
-  Console(const Console&) = delete;
-  Console& operator=(const Console&) = delete;
-  /// Writes out what is left.
-  ~Console() override;
+          ConsoleDescriptors descriptors = {})
+      : state_(state),
+        messages_(messages),
+        in_(descriptors.in, cancelFlag),
+        out_(descriptors.out, cancelFlag),
+        err_(descriptors.err, cancelFlag) {}
 
   /// One line, unless silent.
   void showMessage(const SString& text);
+  /// One line on standard error, unless silent: advice for the user, where programs that read
+  /// standard output do not meet it.
+  void showAdvice(const SString& text);
   /// One line of a result, also in silence: programs read it.
   void printResult(const SString& text);
 
@@ -64,7 +75,8 @@ class Console : public ProgressSink {
   /// Sets the count that stands for done, so that a run without dots ends with a line break, too.
   void finishProgress() { setProgress(kProgressDone); }
 
-  /// Asks where to install a JVM and reads one word. Empty in silence or at the end of the input.
+  /// Asks where to install a JVM and reads one word. Empty in silence, at the end of the input and
+  /// when the run is cancelled.
   [[nodiscard]] SString askDestinationDirectory();
 
   /// Sets the title that the stages show and prints it. Backslash-u escapes become characters.
@@ -81,15 +93,14 @@ class Console : public ProgressSink {
   [[nodiscard]] bool isProgressShown() const { return state_.progressShown; }
 
  private:
-  [[nodiscard]] SString readWord();
-  void print(const SString& text, bool flush);
+  void showProgressLine(const SString& line);
   void printLine(const SString& text);
 
   ConsoleState& state_;
   const Messages& messages_;
-  const CancelFlag& cancelFlag_;
-  std::FILE* out_;
-  std::FILE* in_;
+  InputStream in_;
+  OutputStream out_;
+  OutputStream err_;
 };
 
 }  // namespace vessant
