@@ -1,5 +1,6 @@
 // What launching a Java program needs from the run. The driver fills this record once and hands it
-// down; the references are the driver's.
+// down; the references are the driver's. Its one part of its own is the application archive: one
+// path for the whole run, made when a command first asks for it.
 #pragma once
 
 #include "launcher/archive/Extraction.h"
@@ -22,8 +23,15 @@ struct LaunchContext {
   /// The texts of "-cp:p" and "-cp:a".
   const SString& classPathPrefix;
   const SString& classPathSuffix;
-  /// The path of the application archive, once a command has asked for it.
+  /// Empty until a command has asked for it.
   SString applicationArchive = {};
 };
+
+/// The path of the application archive that the launcher carries; empty when it carries none.
+[[nodiscard]] SString embeddedApplicationArchive(LaunchContext& context);
+
+/// The path of a temporary copy of `file`, which lies next to the launcher; empty when it cannot be
+/// copied. Throws LauncherException when the copy could not be written whole.
+[[nodiscard]] SString copiedApplicationArchive(LaunchContext& context, const SString& file);
 
 }  // namespace vessant

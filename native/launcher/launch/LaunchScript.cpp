@@ -4,7 +4,6 @@
 
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/launch/FunctionArguments.h"
 #include "launcher/launch/MacroFunctions.h"
 #include "launcher/tagfile/JvmTagNames.h"
 

@@ -1,12 +1,15 @@
-// The functions that a launch command may call as %NAME%("argument", ...).
+// The functions that a launch command may call as %NAME%("argument", ...), and their argument
+// lists.
 #pragma once
 
 #include <cstdint>
 
+#include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/base/StringDeque.h"
 #include "launcher/launch/JvmTags.h"
 #include "launcher/launch/LaunchContext.h"
+#include "launcher/launch/MacroHandler.h"
 
 namespace vessant {
 
@@ -38,5 +41,16 @@ struct MacroFunction {
 
 /// The function of that name, or null.
 [[nodiscard]] const MacroFunction* findMacroFunction(const SString& name);
+
+/// Reads the list that begins at `position` of the text's rest, behind the closing delimiter of the
+/// name, and leaves `position` behind the closing parenthesis. Arguments stand in double quotes; a
+/// comma behind the last is accepted. When the text ends right behind an argument the list is
+/// complete and `position` becomes SString::npos. Throws LauncherException, whose positions count
+/// from the beginning of the whole text.
+void parseFunctionArguments(const MacroText& text, SString::Size& position, StringDeque& arguments,
+                            LogSink& log);
+
+/// Logs the command in its present state and throws LauncherException with the message.
+[[noreturn]] void launchScriptError(const SString& command, const SString& message, LogSink& log);
 
 }  // namespace vessant

@@ -5,7 +5,6 @@
 #include <map>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/launch/FunctionArguments.h"
 #include "launcher/launch/MacroFunctions.h"
 #include "launcher/launch/MacroHandler.h"
 #include "packer/Nearest.h"

@@ -130,6 +130,7 @@ TEST_F(ApplicationArchive, IsEmptyWhenTheCopyHasNoName) {
   EXPECT_EQ(archive("(\"\")"), "");
   tree.dir("app/lib");
   EXPECT_EQ(archive("(\"lib/\")"), "");
+  EXPECT_EQ(archive("(\"lib/..\")"), "");
   EXPECT_EQ(launch.applicationArchive, "");
 }
 
@@ -189,6 +190,33 @@ TEST_F(ApplicationArchive, TellsALastBlockThatCannotBeWritten) {
   EXPECT_TRUE(thrownMessage([&] {
                 static_cast<void>(archive("(\"app.jar\")"));
               }).starts_with("Error writing file = " + std::to_string(EFBIG)));
+}
+
+TEST_F(ApplicationArchive, NamesTheCopyThatCannotBeWrittenInTheLog) {
+  tree.file("app/app.jar", std::string(20000, 'x'));
+  {
+    const FileSizeLimit limit(6000);
+    EXPECT_FALSE(thrownMessage([&] { static_cast<void>(archive("(\"app.jar\")")); }).empty());
+  }
+  const std::string line =
+      "Could not write " + str(launch.applicationArchive) + " :  File too large";
+  EXPECT_TRUE(run.log.contains(line, LogLevel::Error)) << line;
+}
+
+TEST_F(ApplicationArchive, IsNotCopiedFurtherOnceTheRunIsCancelled) {
+  tree.file("app/app.jar", std::string(20000, 'x'));
+  run.cancelFlag.set();
+  EXPECT_EQ(thrownMessage([&] { static_cast<void>(archive("(\"app.jar\")")); }),
+            "Canceled by the user.");
+  EXPECT_EQ(readFile(str(launch.applicationArchive)), "");
+}
+
+TEST_F(ApplicationArchive, IsANewFile) {
+  tree.file("app/app.jar", "bytes");
+  struct stat status = {};
+  ASSERT_EQ(::lstat(archive("(\"app.jar\")").c_str(), &status), 0);
+  EXPECT_TRUE(S_ISREG(status.st_mode));
+  EXPECT_EQ(status.st_nlink, 1U);
 }
 
 TEST_F(ApplicationArchive, ReadsItsSourceToTheEndAfterAWriteError) {

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/launch/FunctionArguments.h"
+#include "launcher/launch/MacroFunctions.h"
 #include "support/FakeRun.h"
 #include "support/Thrown.h"
 
