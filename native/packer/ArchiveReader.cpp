@@ -13,6 +13,8 @@ ArchiveReader::ArchiveReader(std::string_view bytes, ArchiveFormat format)
     : handle_(archive_read_new()) {
   if (format == ArchiveFormat::Zip) {
     archive_read_support_format_zip_seekable(handle_.get());
+  } else if (format == ArchiveFormat::ZipMembers) {
+    archive_read_support_format_zip_streamable(handle_.get());
   } else {
     archive_read_support_format_tar(handle_.get());
     archive_read_support_filter_all(handle_.get());

@@ -15,6 +15,8 @@ namespace vessant {
 enum class ArchiveFormat {
   /// By its central directory: what stands in front of it does not matter.
   Zip,
+  /// Member by member from the first byte on, without the central directory.
+  ZipMembers,
   /// Plain or compressed.
   Tar,
 };

@@ -1,6 +1,8 @@
 #include "packer/check/JarFile.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <sstream>
 
 #include "packer/ArchiveReader.h"
@@ -17,26 +19,100 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && editDistance(a, b) == 0;
 }
 
+// The central directory's layout, from the ZIP file format specification (APPNOTE.TXT). All numbers
+// are little-endian.
+constexpr std::string_view kDirectoryEnd = "PK\x05\x06";
+constexpr std::size_t kDirectoryEndSize = 22;
+constexpr std::size_t kLongestComment = 0xFFFF;
+constexpr std::string_view kDirectoryEntry = "PK\x01\x02";
+constexpr std::size_t kDirectoryEntrySize = 46;
+constexpr std::uint64_t kMostEntries = 0xFFFF;
+
+std::uint64_t numberAt(std::string_view bytes, std::size_t position, int size) {
+  std::uint64_t number = 0;
+  for (int i = size - 1; i >= 0; --i) {
+    number =
+        number << 8U | static_cast<unsigned char>(bytes[position + static_cast<std::size_t>(i)]);
+  }
+  return number;
+}
+
+struct DirectoryEntry {
+  std::string_view name;
+  std::uint64_t offset;
+};
+
+using Directory = std::vector<DirectoryEntry>;
+
+/// The entries of a directory; nothing when they do not fill it.
+std::optional<Directory> readEntries(std::string_view directory, std::uint64_t count) {
+  Directory entries;
+  for (std::uint64_t i = 0; i < count; ++i) {
+    if (directory.size() < kDirectoryEntrySize) return std::nullopt;
+    if (!directory.starts_with(kDirectoryEntry)) return std::nullopt;
+    const std::size_t nameSize = numberAt(directory, 28, 2);
+    const std::size_t size =
+        kDirectoryEntrySize + nameSize + numberAt(directory, 30, 2) + numberAt(directory, 32, 2);
+    if (directory.size() < size) return std::nullopt;
+    entries.push_back(
+        {directory.substr(kDirectoryEntrySize, nameSize), numberAt(directory, 42, 4)});
+    directory.remove_prefix(size);
+  }
+  return entries;
+}
+
+/// The directory of an ordinary zip file, in time that no member adds to. Nothing for other files:
+/// those with something in front, with more entries than fit, and those that are no zip files.
+std::optional<Directory> readDirectory(std::string_view bytes) {
+  const std::size_t tail = std::min(bytes.size(), kLongestComment + kDirectoryEndSize);
+  const std::size_t inTail = bytes.substr(bytes.size() - tail).rfind(kDirectoryEnd);
+  if (inTail == std::string_view::npos || tail - inTail < kDirectoryEndSize) return std::nullopt;
+  const std::size_t end = bytes.size() - tail + inTail;
+  const std::uint64_t count = numberAt(bytes, end + 10, 2);
+  const std::uint64_t size = numberAt(bytes, end + 12, 4);
+  const std::uint64_t start = numberAt(bytes, end + 16, 4);
+  if (start + size != end || count == kMostEntries) return std::nullopt;
+  return readEntries(bytes.substr(start, size), count);
+}
+
+void readManifest(JarFile& jar, const std::string& manifest) {
+  jar.mainClass = manifestAttribute(manifest, "Main-Class");
+  jar.classPath = manifestAttribute(manifest, "Class-Path");
+}
+
+/// libarchive reads every form there is, and says what is wrong with the others.
+void readUnusual(JarFile& jar, std::string_view bytes) {
+  ArchiveReader reader(bytes, ArchiveFormat::Zip);
+  while (const std::optional<ArchiveMember> member = reader.next()) {
+    if (member->name == kManifestName) readManifest(jar, reader.contents(kLongestManifest));
+    jar.names.push_back(member->name);
+  }
+  jar.flaw = reader.flaw();
+}
+
 }  // namespace
 
 bool JarFile::holdsClass(const std::string& className) const {
   std::string path = className;
   std::replace(path.begin(), path.end(), '.', '/');
-  return names.contains(path + ".class");
+  return std::find(names.begin(), names.end(), path + ".class") != names.end();
 }
 
 JarFile readJarFile(const ByteSource& bytes) {
   JarFile jar;
   const MappedBytes mapped(bytes);
-  ArchiveReader reader(mapped.bytes(), ArchiveFormat::Zip);
-  std::string manifest;
-  while (const std::optional<ArchiveMember> member = reader.next()) {
-    if (member->name == kManifestName) manifest = reader.contents(kLongestManifest);
-    jar.names.insert(member->name);
+  const std::optional<Directory> directory = readDirectory(mapped.bytes());
+  if (!directory) {
+    readUnusual(jar, mapped.bytes());
+    return jar;
   }
-  jar.flaw = reader.flaw();
-  jar.mainClass = manifestAttribute(manifest, "Main-Class");
-  jar.classPath = manifestAttribute(manifest, "Class-Path");
+  jar.names.reserve(directory->size());
+  for (const DirectoryEntry& entry : *directory) {
+    jar.names.emplace_back(entry.name);
+    if (entry.name != kManifestName || entry.offset >= mapped.bytes().size()) continue;
+    ArchiveReader reader(mapped.bytes().substr(entry.offset), ArchiveFormat::ZipMembers);
+    if (reader.next()) readManifest(jar, reader.contents(kLongestManifest));
+  }
   return jar;
 }
 

@@ -3,7 +3,7 @@
 
 #include <map>
 #include <string>
-#include <unordered_set>
+#include <vector>
 
 #include "packer/ByteSource.h"
 #include "packer/check/Package.h"
@@ -13,7 +13,7 @@ namespace vessant {
 struct JarFile {
   /// Why it is no zip file; empty when it is one.
   std::string flaw;
-  std::unordered_set<std::string> names;
+  std::vector<std::string> names;
   /// From its manifest; empty when that does not say.
   std::string mainClass;
   std::string classPath;

@@ -66,6 +66,10 @@ void PackageFixture::drop(const std::string& name) {
   std::erase_if(parts_, [&name](const Part& p) { return p.name == name; });
 }
 
+void PackageFixture::growTo(const std::string& name, std::uint64_t length) {
+  part(name).length = length;
+}
+
 PackageFixture::Part& PackageFixture::part(const std::string& name) {
   const auto found =
       std::find_if(parts_.begin(), parts_.end(), [&name](const Part& p) { return p.name == name; });
@@ -99,6 +103,7 @@ Findings PackageFixture::check(bool strict) {
   int line = kFirstLine;
   for (const Part& p : parts_) {
     const std::string path = tree.file(p.name, p.content);
+    if (p.length > 0) std::filesystem::resize_file(path, p.length);
     package.files.push_back({p.type, p.id, p.name, p.name, line++, ByteSource(path)});
   }
   Findings findings;

@@ -20,6 +20,8 @@ class PackageFixture : public testing::Test {
   /// place, counted from 10.
   void put(FileType type, std::uint32_t id, const std::string& name, const std::string& content);
   void drop(const std::string& name);
+  /// Makes a file as long as this on disk, with nothing in it.
+  void growTo(const std::string& name, std::uint64_t length);
   /// Replaces the first `from` in a file by `to`. A text that is not there fails the test.
   void change(const std::string& name, const std::string& from, const std::string& to);
   /// Puts another script in place: its statements begin in line 2.
@@ -42,6 +44,7 @@ class PackageFixture : public testing::Test {
     std::uint32_t id;
     std::string name;
     std::string content;
+    std::uint64_t length = 0;
   };
   Part& part(const std::string& name);
 

@@ -75,6 +75,36 @@ TEST_F(PackageMistakesTest, JarsThatAreNoZip) {
   EXPECT_THAT(found(), ElementsAre("setup.manifest:14 not-a-zip"));
 }
 
+TEST_F(PackageMistakesTest, JarBehindAProgramIsAJar) {
+  put(FileType::ClassPathArchive, 4, "app.jar",
+      "#!/bin/sh\nexec java -jar \"$0\"\n" + jarBytes({{"app/Main.class", "x"}}));
+  EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(PackageMistakesTest, JarsWhoseDirectoryLiesAreNoZip) {
+  const std::string jar = jarBytes({{"app/Main.class", "x"}});
+  for (const std::size_t fromEnd : {22U, 12U, 10U, 6U, 5U}) {
+    std::string bad = jar;
+    bad[bad.size() - fromEnd] = '\x7F';
+    put(FileType::ClassPathArchive, 4, "app.jar", bad);
+    EXPECT_THAT(found(), ElementsAre("setup.manifest:14 not-a-zip")) << fromEnd;
+  }
+}
+
+TEST_F(PackageMistakesTest, Sizes) {
+  put(FileType::ApplicationArchive, 5, "data", "x");
+  command("COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() app.Main \"%APPLICATION_ARCHIVE%()\"");
+  EXPECT_THAT(found(), IsEmpty());
+  growTo("data", (std::uint64_t{1} << 31U) - 1);
+  EXPECT_THAT(found(), IsEmpty());
+  growTo("data", std::uint64_t{1} << 31U);
+  EXPECT_THAT(found(), ElementsAre("setup.manifest:15 space-check"));
+  growTo("data", (std::uint64_t{1} << 32U) - 1);
+  EXPECT_THAT(found(), ElementsAre("setup.manifest:15 space-check", "setup.manifest:15 too-large"));
+  growTo("data", std::uint64_t{1} << 32U);
+  EXPECT_THAT(found(), ElementsAre("setup.manifest:15 too-large", "setup.manifest:15 too-large"));
+}
+
 TEST_F(PackageMistakesTest, EmptyJar) {
   put(FileType::ClassPathArchive, 4, "app.jar", "");
   EXPECT_THAT(found(), ElementsAre("setup.manifest:14 not-a-zip"));
