@@ -44,11 +44,14 @@ void PendingFiles::forget(const char* path) {
   }
 }
 
-/// The handler was reset before it was called: the signal raised again ends the process.
+/// Directories go when the files in them are gone. The handler was reset before it was called: the
+/// signal raised again ends the process.
 void PendingFiles::removeAllAndDie(int signal) {
-  for (const std::atomic<const char*>& place : living.load()->paths_) {
-    const char* path = place.load();
-    if (path != nullptr) ::unlink(path);
+  for (const auto remove : {::unlink, ::rmdir}) {
+    for (const std::atomic<const char*>& place : living.load()->paths_) {
+      const char* path = place.load();
+      if (path != nullptr) remove(path);
+    }
   }
   ::raise(signal);
 }

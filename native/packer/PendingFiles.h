@@ -1,4 +1,5 @@
-// The unfinished output files of this process, which an interrupt removes.
+// The unfinished output files of this process, and directories for them, which an interrupt
+// removes.
 #pragma once
 
 #include <array>

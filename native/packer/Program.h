@@ -13,8 +13,9 @@ struct ProgramResult {
   std::string out;
 };
 
-/// Runs the program, whose path comes first, with empty input. Throws LauncherException, naming it,
-/// when it cannot be started.
+/// Runs the program, whose path comes first, with empty input. An interrupt meanwhile is the
+/// program's: vspack goes on and puts in order what the program leaves. Throws LauncherException,
+/// naming it, when it cannot be started.
 [[nodiscard]] ProgramResult runProgram(const std::vector<std::string>& command);
 
 }  // namespace vessant

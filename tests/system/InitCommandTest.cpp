@@ -174,6 +174,22 @@ TEST_F(InitCommand, WritesNothingWhenItRefuses) {
   }
 }
 
+TEST_F(InitCommand, LeavesNothingWhenItIsInterrupted) {
+  const std::string jar = tree.file("jar/hello.jar", readFile(kHelloJar));
+  for (const char* signal : {"INT", "TERM", "HUP"}) {
+    tree.program("home/bin/java", std::string("#!/bin/sh\nkill -") + signal + " $PPID\n");
+    tree.dir("empty");
+    for (const char* directory : {"new/app", "empty"}) {
+      tree.dir("new");
+      const ProcessResult result = vspack({"init", tree.path(directory), "--jar", jar, "--main",
+                                           "Hello", "--jre", tree.path("home")});
+      EXPECT_NE(result.status, 0) << signal;
+      EXPECT_THAT(tree.list("new"), ::testing::IsEmpty()) << signal;
+      EXPECT_THAT(tree.list("empty"), ::testing::IsEmpty()) << signal;
+    }
+  }
+}
+
 TEST_F(InitCommand, LeavesAFullDirectoryAloneUnlessForced) {
   install("app", "hello.jar");
   const std::string jar = tree.path("hello.jar");

@@ -74,7 +74,7 @@ std::string trimmed(const std::string& text) {
 }
 
 std::string chooseMain(const std::string& path, const JarFile& jar, const std::string& chosen) {
-  const std::string name = trimmed(chosen.empty() ? jar.mainClass : chosen);
+  std::string name = trimmed(chosen.empty() ? jar.mainClass : chosen);
   if (name.empty()) {
     throw failure(path + ": its manifest names no Main-Class; name the class to start with --main");
   }

@@ -6,6 +6,7 @@
 
 #include <sys/stat.h>
 
+#include "packer/PendingFiles.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -45,6 +46,7 @@ ProjectDirectory::ProjectDirectory(const std::string& path, bool force)
 }
 
 ProjectDirectory::~ProjectDirectory() {
+  for (const std::string& path : pending_) PendingFiles::forget(path.c_str());
   std::error_code ignored;
   fs::remove_all(stage_, ignored);
 }
@@ -61,11 +63,16 @@ void ProjectDirectory::makeStage() {
   const fs::path around = isThere_ ? path_ : path_.parent_path();
   std::string name = (around / ".vspack-init-XXXXXX").string();
   if (::mkdtemp(name.data()) == nullptr) fail(around, std::strerror(errno));
-  stage_ = name;
+  stage_ = remember(name);
 }
 
-std::string ProjectDirectory::stagePath(const std::string& name) const {
-  return (stage_ / name).string();
+const std::string& ProjectDirectory::remember(const std::string& path) {
+  PendingFiles::remember(pending_.emplace_back(path).c_str());
+  return pending_.back();
+}
+
+std::string ProjectDirectory::stagePath(const std::string& name) {
+  return remember((stage_ / name).string());
 }
 
 void ProjectDirectory::publish() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <list>
 #include <string>
 
 namespace vessant {
@@ -17,17 +18,19 @@ class ProjectDirectory {
   ~ProjectDirectory();
 
   /// Where to write the file that will have this name.
-  [[nodiscard]] std::string stagePath(const std::string& name) const;
+  [[nodiscard]] std::string stagePath(const std::string& name);
   /// Gives the directory, or each file in one that was there before, its name.
   void publish();
 
  private:
   void checkContents(bool force) const;
   void makeStage();
+  const std::string& remember(const std::string& path);
 
   std::filesystem::path path_;
   bool isThere_ = false;
   std::filesystem::path stage_;
+  std::list<std::string> pending_;  // what an interrupt removes, at addresses that stay
 };
 
 }  // namespace vessant

@@ -160,7 +160,7 @@ void checkJavaRange(const JavaRange& range) {
 }
 
 std::string describe(const JavaRange& range) {
-  const std::string text = "Java " + std::to_string(range.min);
+  std::string text = "Java " + std::to_string(range.min);
   if (!range.max) return text + " or newer";
   if (*range.max == range.min) return text;
   return text + " to " + std::to_string(*range.max);

@@ -30,7 +30,7 @@ struct ProjectDirectoryTest : testing::Test {
 
 TEST_F(ProjectDirectoryTest, AppearsWhenItIsWhole) {
   {
-    const ProjectDirectory directory(tree.path("app"), false);
+    ProjectDirectory directory(tree.path("app"), false);
     writeFile(directory.stagePath("a"), "half");
     EXPECT_FALSE(std::filesystem::exists(tree.path("app")));
   }
