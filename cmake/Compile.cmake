@@ -15,10 +15,3 @@ if(VESSANT_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
   add_link_options(-fsanitize=address,undefined)
 endif()
-
-# Counters of processes that are replaced or end without a clean-up are lost, unless they are written
-# at once: native/launcher never ends in any other way, its forked children aside.
-if(VESSANT_COVERAGE)
-  add_compile_options(--coverage -fprofile-update=atomic)
-  add_link_options(--coverage)
-endif()
