@@ -25,8 +25,8 @@ namespace vessant::test {
   CALL(openat) CALL(opendir) CALL(pipe2) CALL(poll) CALL(posix_spawn) CALL(ppoll) CALL(prctl) \
   CALL(pread) CALL(pwrite) CALL(read) CALL(readdir) CALL(readlink) CALL(recv) CALL(remove) \
   CALL(rename) CALL(rmdir) CALL(send) CALL(setpgid) CALL(sigaction) CALL(sigprocmask) \
-  CALL(socketpair) CALL(stat) CALL(statvfs) CALL(syscall) CALL(tempnam) CALL(unlink) \
-  CALL(unlinkat) CALL(waitid) CALL(waitpid) CALL(write)
+  CALL(socketpair) CALL(stat) CALL(statvfs) CALL(statx) CALL(syscall) CALL(tempnam) \
+  CALL(unlink) CALL(unlinkat) CALL(waitid) CALL(waitpid) CALL(write)
 // clang-format on
 
 enum class FaultyCall : std::size_t {

@@ -151,6 +151,8 @@ FAILING(int, socketpair, -1, EMFILE, (int domain, int type, int protocol, int* f
         (domain, type, protocol, fds))
 FAILING(int, stat, -1, EACCES, (Path path, struct stat* status), (path, status))
 FAILING(int, statvfs, -1, EIO, (Path path, struct statvfs* status), (path, status))
+FAILING(int, statx, -1, EACCES, (int fd, Path path, int flags, unsigned mask, struct statx* status),
+        (fd, path, flags, mask, status))
 FAILING(char*, tempnam, nullptr, ENOMEM, (Path directory, Path prefix), (directory, prefix))
 FAILING(int, unlink, -1, EPERM, (Path path), (path))
 FAILING(int, unlinkat, -1, EPERM, (int fd, Path path, int flags), (fd, path, flags))
