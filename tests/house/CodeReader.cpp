@@ -102,7 +102,9 @@ std::string outermost(const std::string& head) {
 }
 
 /// The name in front of the parameters; empty where the head is no function's.
-std::string functionName(const std::string& head) {
+std::string functionName(const std::string& written) {
+  static const std::regex alignment(R"(\balignas ?\([^()]*\) ?)");
+  const std::string head = std::regex_replace(written, alignment, "");
   if (head.find("operator()") != std::string::npos) return "operator()";
   const std::string outer = outermost(head);
   const std::size_t open = outer.find('(');
@@ -230,7 +232,11 @@ class Outliner {
     static const std::regex none(
         R"(^(using|friend|typedef|static_assert|return)\b|= (0|default|delete)$|\(\*|\) ?\[)");
     const std::string name = functionName(head_);
-    if (!name.empty() && !std::regex_search(head_, none)) outline_.declarations.push_back(name);
+    if (name.empty()) return;
+    // Outside of its class a defaulted function is defined, not declared.
+    const bool isDefinition = !ownerOf(name).empty() && head_.ends_with("= default");
+    if (isDefinition) outline_.functions.push_back({name, firstLine_, line_});
+    if (!std::regex_search(head_, none)) outline_.declarations.push_back(name);
   }
 
   const std::string& code_;

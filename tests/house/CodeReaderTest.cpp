@@ -46,7 +46,7 @@ TEST(CodeReader, FindsMembersInsideAndOutsideOfTheirClass) {
   EXPECT_THAT(functionsIn("class A : public B {\n public:\n  int f() const { return x_; }\n"
                           "  A& operator=(const A&) = delete;\n\n private:\n  int x_ = 0;\n};\n"
                           "SString A::name() const {\n  return {};\n}\nA::~A() = default;\n"),
-              ElementsAre("f 3-3", "A::name 9-11"));
+              ElementsAre("f 3-3", "A::name 9-11", "A::~A 12-12"));
 }
 
 TEST(CodeReader, KnowsAConstructorWithBracesInItsList) {
@@ -70,7 +70,8 @@ TEST(CodeReader, PassesOverBracesThatAreNoCode) {
 
 TEST(CodeReader, KnowsValuesFromFunctions) {
   EXPECT_THAT(functionsIn("constexpr int kTable[] = {1, 2};\nstruct A {\n  int x = f(1);\n"
-                          "  std::vector<int> y{1, 2};\n};\nenum class E { A, B };\n"),
+                          "  std::vector<int> y{1, 2};\n};\nalignas(4) const A kA = {1};\nenum "
+                          "class E { A, B };\n"),
               IsEmpty());
 }
 
