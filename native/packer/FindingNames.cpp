@@ -20,6 +20,7 @@ constexpr const char* kNames[] = {  // one a line, so that two people can add on
     "bad-name",
     "bad-number",
     "bad-property",
+    "bad-separator",
     "bad-setting",
     "bad-sum",
     "bad-unpacks",

@@ -201,13 +201,19 @@ void JvmFileCheck::checkExecutable() {
   if (path.starts_with('/') || path.ends_with('/')) {
     error(*executable, "bad-executable",
           "JVM_EXE is a path inside a Java home, such as bin/java, not " + quotedName(path));
-  } else if (path.find('\\') != std::string::npos) {
-    error(*executable, "bad-executable", "write JVM_EXE with \"/\": bin/java");
+  } else if (path.find('\\') != std::string::npos || path.ends_with(".exe")) {
+    error(*executable, "bad-executable", "write JVM_EXE as Linux does: bin/java");
   }
 }
 
 /// Blanks at an end are lost unless they stand in quotes.
 void JvmFileCheck::checkClassPath() {
+  const TextValue* separator = text_.value("CLASSPATH_SEPARATOR");
+  if (separator != nullptr && !separator->text.empty() && separator->text != ":") {
+    error(*separator, "bad-separator",
+          "Java on Linux separates class path entries with \":\", not " +
+              quotedName(separator->text));
+  }
   const TextValue* option = text_.value("CLASSPATH");
   if (option == nullptr || !option->text.starts_with('-')) return;
   const char last = option->text.back();

@@ -123,6 +123,9 @@ void StatementCheck::checkLabel() {
 
 void StatementCheck::checkCommand(const CommandForm& form) {
   if (statement_.arguments.size() < form.arguments.size()) {
+    // An open quote takes the arguments behind it along.
+    if (form.verb == Verb::Launch) checkText(statement_.argument(0));
+    if (found_) return;
     const bool isSetWithoutEquals = form.verb == Verb::Set && !statement_.arguments.empty();
     return error("missing-argument",
                  std::string(isSetWithoutEquals ? "there is no \"=\": " : "too few arguments: ") +
