@@ -91,7 +91,7 @@ TEST_F(JvmCommand, RefusesAJavaThatDoesNotAnswer) {
 }
 
 TEST_F(JvmCommand, RefusesAHomeThatNoLauncherTakes) {
-  for (const std::string name : {"100%", "a$b", "a\"b", "a`b"}) {
+  for (const std::string name : {"100%", "a$b", "a\"b", "a`b", "a@b", "#a#"}) {
     tree.dir("homes");
     fs::create_directory_symlink(jdk.home, tree.path("homes/" + name));
     const ProcessResult result = vspack({"jvm", tree.path("homes/" + name)});

@@ -40,7 +40,7 @@ struct AuthorsPage : SystemTest {
     tree.file("page/hello.jar", readFile(jar));
     environment = {{"PATH", fs::path(kVspack).parent_path().string() + ":/usr/bin:/bin"},
                    {"LANG", "C"},
-                   {"TMPDIR", tree.dir("work")},
+                   {"TMPDIR", tempRoot},
                    {"JAVA_HOME", jdk->home}};
     startDirectory = tree.path("page");
     timeLimitSeconds = 240;

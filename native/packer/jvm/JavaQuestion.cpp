@@ -17,7 +17,8 @@ namespace fs = std::filesystem;
 constexpr const char* kVerifyJar = "verify.jar";
 /// The line in front of the values.
 constexpr std::string_view kMagicLine = "1739021872";
-constexpr std::string_view kUnfitForShell = "%\"$`\\\n\r";
+/// What the shell or the launcher's macros would read; a second number sign, too.
+constexpr std::string_view kUnfitForCommand = "%@\"$`\\\n\r";
 
 constexpr const char* kNames[] = {"java.specification.version", "java.version", "java.vendor",
                                   "os.arch", "java.home"};
@@ -89,7 +90,12 @@ KnownJava knownJava(const JavaFacts& facts) {
 }
 
 void checkHomeForLauncher(const std::string& home) {
-  const std::size_t position = home.find_first_of(kUnfitForShell);
+  std::size_t position = home.find_first_of(kUnfitForCommand);
+  if (position == std::string::npos) {
+    const std::size_t first = home.find('#');
+    if (first == std::string::npos) return;
+    position = home.find('#', first + 1);
+  }
   if (position == std::string::npos) return;
   throw failure(quotedName(home) + ": no launcher can verify a Java in a path with " +
                 quotedName(home.substr(position, 1)));
