@@ -1,12 +1,28 @@
 #include "launcher/tagfile/TagTable.h"
 
-#include <functional>
+#include <cstring>
 
 namespace vessant {
 namespace {
 
 constexpr std::size_t kFirstSlots = 16;
 constexpr std::int32_t kRemoved = -1;
+
+/// Eight bytes at a time: names are short, and there may be a million. The factor is that of
+/// Fibonacci hashing, 2^64 divided by the golden ratio.
+std::uint32_t hashOf(std::string_view name) {
+  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
+  std::uint64_t hash = name.size();
+  while (!name.empty()) {
+    std::uint64_t word = 0;
+    const std::size_t count = name.size() < sizeof(word) ? name.size() : sizeof(word);
+    std::memcpy(&word, name.data(), count);
+    name.remove_prefix(count);
+    hash = (hash ^ word) * kFactor;
+    hash ^= hash >> 32;
+  }
+  return static_cast<std::uint32_t>(hash);
+}
 
 }  // namespace
 
@@ -25,7 +41,7 @@ void TagTable::addPart(Part value) {
 
 TagTable::Place TagTable::find(std::string_view name) const {
   if (slots_.empty()) return kNowhere;
-  const std::uint32_t entry = slots_[slotOf(name)];
+  const std::uint32_t entry = slots_[slotOf(name, hashOf(name))].placePlusOne;
   return entry == 0 || isRemoved(entry - 1) ? kNowhere : entry - 1;
 }
 
@@ -86,25 +102,35 @@ std::string_view TagTable::partText(Part part) const {
 }
 
 /// The slot that holds the name, or the free one where it would have to stand.
-std::size_t TagTable::slotOf(std::string_view name) const {
+std::size_t TagTable::slotOf(std::string_view name, std::uint32_t hash) const {
   const std::size_t last = slots_.size() - 1;
-  std::size_t slot = std::hash<std::string_view>()(name) & last;
-  while (slots_[slot] != 0 && this->name(slots_[slot] - 1) != name) slot = (slot + 1) & last;
-  return slot;
+  std::size_t index = hash & last;
+  while (slots_[index].placePlusOne != 0) {
+    const Slot& slot = slots_[index];
+    if (slot.hash == hash && this->name(slot.placePlusOne - 1) == name) break;
+    index = (index + 1) & last;
+  }
+  return index;
 }
 
 void TagTable::enter(Place place) {
   ++count_;
   if (tags_.size() * 2 > slots_.size()) growSlots();
-  slots_[slotOf(name(place))] = static_cast<std::uint32_t>(place + 1);
+  const std::string_view name = this->name(place);
+  const std::uint32_t hash = hashOf(name);
+  slots_[slotOf(name, hash)] = {hash, static_cast<std::uint32_t>(place + 1)};
 }
 
-/// At most every other slot is taken, so that a look-up ends soon. In order, so that of several
-/// tags with one name the last is found.
+/// At most every other slot is taken, so that a look-up ends soon. No two slots have the same name.
 void TagTable::growSlots() {
-  slots_.assign(slots_.empty() ? kFirstSlots : slots_.size() * 2, 0);
-  for (Place place = 0; place + 1 < tags_.size(); ++place) {
-    slots_[slotOf(name(place))] = static_cast<std::uint32_t>(place + 1);
+  std::vector<Slot> old(slots_.empty() ? kFirstSlots : slots_.size() * 2);
+  old.swap(slots_);
+  const std::size_t last = slots_.size() - 1;
+  for (const Slot& slot : old) {
+    if (slot.placePlusOne == 0) continue;
+    std::size_t index = slot.hash & last;
+    while (slots_[index].placePlusOne != 0) index = (index + 1) & last;
+    slots_[index] = slot;
   }
 }
 

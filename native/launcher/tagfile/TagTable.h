@@ -74,16 +74,20 @@ class TagTable {
 
   [[nodiscard]] std::string_view partText(Part part) const;
   [[nodiscard]] bool isRemoved(Place place) const { return tags_[place].partCount < 0; }
-  [[nodiscard]] std::size_t slotOf(std::string_view name) const;
+  [[nodiscard]] std::size_t slotOf(std::string_view name, std::uint32_t hash) const;
   void enter(Place place);
   void growSlots();
 
   std::string text_;
   std::vector<Part> parts_;
   mutable std::vector<Tag> tags_;  // a look-up turns parts into texts
-  // A table of hashes: places plus one, 0 for a free slot. A removed tag keeps its slot and its
-  // name, for the next tag of that name.
-  std::vector<std::uint32_t> slots_;
+  /// A place under the hash of its name. A removed tag keeps its slot and its name, for the next
+  /// tag of that name.
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t placePlusOne = 0;  // 0: free
+  };
+  std::vector<Slot> slots_;
   std::int32_t count_ = 0;
 };
 
