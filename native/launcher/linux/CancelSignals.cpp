@@ -1,5 +1,7 @@
 #include "launcher/linux/CancelSignals.h"
 
+#include <unistd.h>
+
 namespace vessant {
 namespace {
 
@@ -15,6 +17,18 @@ constexpr int kEndingSignals[] = {
 CancelSignals* living = nullptr;
 
 void onHarmless(int /*signal*/) {}
+
+/// As if the signal had never been caught. The first process of a machine does not die of it.
+[[noreturn]] void endBy(int signal) {
+  constexpr int kSignalBase = 128;
+  sigset_t set;
+  ::sigemptyset(&set);
+  ::sigaddset(&set, signal);
+  std::signal(signal, SIG_DFL);
+  ::sigprocmask(SIG_UNBLOCK, &set, nullptr);  // its handler holds it back
+  std::raise(signal);
+  ::_exit(kSignalBase + signal);
+}
 
 }  // namespace
 
@@ -64,11 +78,7 @@ int CancelSignals::takeNoted() {
 }
 
 void CancelSignals::cancel(int signal) {
-  if (seen_[signal] != 0) {
-    // The default action; in a handler it waits for the handler's return.
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-  }
+  if (seen_[signal] != 0) endBy(signal);
   seen_[signal] = 1;
   flag_.set();
 }

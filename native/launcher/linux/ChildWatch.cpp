@@ -95,6 +95,7 @@ ChildResult ChildWatch::run() {
     if (limit != ChildEnd::Exited) return endBeyond(limit);
     if (!hasRead && !isDone()) wait();
   }
+  relay_.shellEnded(status_);
   return {.exitCode = WEXITSTATUS(status_)};
 }
 
@@ -118,7 +119,7 @@ void ChildWatch::reap() {
 void ChildWatch::noteEnd(int status) {
   hasEnded_ = true;
   status_ = status;
-  relay_.shellEnded(status);
+  relay_.setShell(-1);  // its number may be another process's from now on
 }
 
 /// Reads one chunk from each stream; false when neither had any.

@@ -31,14 +31,15 @@ class SignalRelay {
   SignalRelay& operator=(const SignalRelay&) = delete;
   ~SignalRelay();
 
-  /// Tells which shell it is about, once it has been started.
+  /// Tells which shell it is about, once it has been started; -1 when it is no longer there.
   void setShell(pid_t shell) { shell_ = shell; }
   /// Whether a signal waits to be handled.
   [[nodiscard]] bool isPending() const;
   /// Decides about the noted signals. Does not return from one that ends the launcher.
   void handle();
-  /// To be called with the wait status of the shell when it has ended. A program that outlives its
-  /// shell, because the whole group was told to end, is waited for.
+  /// To be called with the wait status of the shell when it has ended and nothing is left to be
+  /// read from its program. A program that outlives its shell, because the whole group was told to
+  /// end, is waited for: nobody may be left who would have to read what it writes.
   void shellEnded(int status);
 
  private:

@@ -117,6 +117,21 @@ TEST_P(SentToAll, IsNotHandedOnAndTheProgramIsWaitedFor) {
   EXPECT_EQ(launch(program(trap + toGroup + kWait)), std::string("got\ndone\n0") + kCancelled);
 }
 
+/// What it writes meanwhile is more than the pipe holds, and is read all the same.
+TEST(SignalRelay, AProgramThatOutlivesItsShellIsReadToItsEnd) {
+  const ForkedResult result = runForked([] {
+    ::setsid();
+    ::signal(SIGTERM, SIG_DFL);
+    CancelFlag flag;
+    const CancelSignals signals(flag);
+    ChildRunner runner;
+    runner.capture(program("trap \"" + std::string(kTestHelper) +
+                           " out 300000; exit 3\" TERM; kill -TERM 0; " + kWait));
+    return flag.isSet() && runner.out.length() == 300000 ? 0 : 1;
+  });
+  EXPECT_EQ(result.status, 0);
+}
+
 TEST(SignalRelay, ACtrlCThatTheProgramSurvivesIsItsOwn) {
   const std::string script = "trap \"echo got\" INT; kill -INT 0; sleep 0.2; exit 7";
   EXPECT_EQ(launch(program(script)), std::string("got\n7") + kGoesOn);
