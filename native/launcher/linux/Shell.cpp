@@ -4,6 +4,8 @@
 #include <csignal>
 #include <cstring>
 
+#include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "launcher/base/SignalWait.h"
@@ -15,6 +17,10 @@ namespace {
 // that whatever the command ends with (a backslash, a comment, a here-document) stays its end. The
 // third signal is one that nobody sends: it keeps the trap where the first two are ignored.
 constexpr std::string_view kTrap = "trap 'case $? in 130) exit 130; esac' INT QUIT URG; ";
+
+/// A command without these is a program with its arguments, in which nothing can stand in the wrong
+/// place.
+constexpr std::string_view kOperators = ";&|()<>{}\n";
 
 constexpr int kLastSignal = 64;
 
@@ -59,10 +65,41 @@ void dropHandlers() {
   endWithError("Error starting the shell: ");
 }
 
+[[noreturn]] void onlyRead(const char* command, const sigset_t& mask) {
+  const int nowhere = ::open("/", O_PATH);  // what it says about errors is said again
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) ::dup2(nowhere, fd);
+  dropHandlers();
+  ::sigprocmask(SIG_SETMASK, &mask, nullptr);
+  ::execl("/bin/sh", "sh", "-n", "-c", command, nullptr);
+  ::_exit(0);
+}
+
+/// Whether the shell finds nothing wrong when it reads the command without doing it; true also
+/// when it cannot be asked.
+bool isReadable(const std::string& command) {
+  pid_t reader = -1;
+  {
+    const BlockedSignals blocked;
+    reader = ::fork();
+    if (reader == 0) onlyRead(command.c_str(), blocked.previous());
+  }
+  if (reader < 0) return true;
+  int status = 0;
+  pid_t result = -1;
+  do {
+    result = ::waitpid(reader, &status, 0);
+  } while (result < 0 && errno == EINTR);
+  return result < 0 || !WIFEXITED(status) || WEXITSTATUS(status) == 0;
+}
+
 }  // namespace
 
 std::string shellText(std::string_view command) {
-  return std::string(kTrap).append(command);
+  const std::string plain(command);
+  // Only what the shell takes apart can be wrong in a way that makes it show the line.
+  const bool canBeWrong = plain.find_first_of(kOperators) != std::string::npos;
+  if (canBeWrong && !isReadable(plain)) return plain;
+  return std::string(kTrap).append(plain);
 }
 
 pid_t startShell(const std::string& text, const ShellSetup& setup) {

@@ -29,6 +29,9 @@ struct ShellSetup {
 /// Ctrl-C what some do: wait for the program, go on when that has survived, and end when it has
 /// not. At Ctrl-\ the shell lives on with a program that does. Programs know nothing of all this:
 /// a signal that the shell traps has its default there.
+///
+/// A command that the shell cannot read is given to it as it is, because some shells show its line
+/// with the error. Where one can be wrong at all, the shell is asked first.
 [[nodiscard]] std::string shellText(std::string_view command);
 
 /// Starts "/bin/sh -c TEXT" and returns its process, or -1 with errno set. The text must be made
