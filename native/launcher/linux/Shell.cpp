@@ -95,7 +95,7 @@ bool isReadable(const std::string& command) {
 }  // namespace
 
 std::string shellText(std::string_view command) {
-  const std::string plain(command);
+  std::string plain(command);
   // Only what the shell takes apart can be wrong in a way that makes it show the line.
   const bool canBeWrong = plain.find_first_of(kOperators) != std::string::npos;
   if (canBeWrong && !isReadable(plain)) return plain;
