@@ -20,6 +20,21 @@ constexpr std::size_t kBlockSize = 1U << 18U;
   throw failure(printable(label) + ": " + std::string(reason));
 }
 
+std::string readStandardInput() {
+  constexpr std::size_t kBlock = 1U << 16U;
+  std::string text;
+  while (text.size() <= ByteSource::kLargestText) {
+    const std::size_t end = text.size();
+    text.resize(end + kBlock);
+    const ssize_t count = ::read(STDIN_FILENO, text.data() + end, kBlock);
+    text.resize(end + static_cast<std::size_t>(count > 0 ? count : 0));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw failure("standard input: " + str(systemErrorText()));
+    if (count == 0) return text;
+  }
+  throw failure("standard input: is too large for a text file");
+}
+
 }  // namespace
 
 // Opened without waiting, so that a pipe without a writer is refused and not waited for.
@@ -80,6 +95,10 @@ std::size_t ByteSource::readAt(std::uint64_t position, char* buffer, std::size_t
   } while (read < 0 && errno == EINTR);
   if (read < 0) fail(label_, systemErrorText());
   return static_cast<std::size_t>(read);
+}
+
+std::string readTextInput(const std::string& path) {
+  return path == kStandardStream ? readStandardInput() : ByteSource(path).text();
 }
 
 }  // namespace vessant

@@ -3,10 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "packer/FindingOptions.h"
-#include "packer/Input.h"
+#include "packer/ByteSource.h"
+#include "packer/CommandOptions.h"
 #include "packer/Manifest.h"
-#include "packer/ManifestOptions.h"
 #include "packer/PackageReader.h"
 #include "packer/Structure.h"
 #include "packer/Text.h"

@@ -10,7 +10,6 @@
 #include <CLI/Formatter.hpp>
 
 #include "launcher/base/Exceptions.h"
-#include "packer/CatCommand.h"
 #include "packer/CheckCommand.h"
 #include "packer/DiffCommand.h"
 #include "packer/ExplainCommand.h"
@@ -18,10 +17,8 @@
 #include "packer/InfoCommand.h"
 #include "packer/InitCommand.h"
 #include "packer/JvmCommands.h"
-#include "packer/ListCommand.h"
 #include "packer/Nearest.h"
 #include "packer/PackCommand.h"
-#include "packer/SumsCommand.h"
 #include "packer/Text.h"
 #include "packer/VerifyCommand.h"
 

@@ -1,11 +1,17 @@
 // Whether the files that an installer carries are whole.
 #pragma once
 
-#include "packer/ArchiveCheck.h"
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
 #include "packer/Finding.h"
 #include "packer/Installer.h"
 
 namespace vessant {
+
+/// Is told of the bytes that were read, and where in the installer they lie.
+using ReadWatch = std::function<void(std::uint64_t position, std::string_view bytes)>;
 
 /// Reads every text with the launcher's own reader and every archive with its own checksums, in the
 /// order in which they lie. The installer's structure must be sound. `watch` is told of what was

@@ -1,4 +1,4 @@
-// `vspack extract`: the files of an installer, without running it.
+// `vspack extract` and `vspack cat`: the files of an installer, without running it.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -7,6 +7,7 @@
 
 namespace vessant {
 
+void addCatCommand(CLI::App& app, Session& session);
 void addExtractCommand(CLI::App& app, Session& session);
 
 }  // namespace vessant

@@ -1,7 +1,8 @@
-// The kinds of files that an installer carries, by the words of manifests.
+// The files that an installer carries: their kinds, by the words of manifests, and their names.
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "launcher/archive/LauncherFormat.h"
@@ -14,5 +15,9 @@ namespace vessant {
 [[nodiscard]] std::vector<std::string> fileTypeNames();
 /// Whether files of this kind are texts: tag files, which the launcher reads in place.
 [[nodiscard]] bool isTextType(FileType type);
+
+/// Why a file of this name cannot be extracted, as the end of a sentence about the name; empty for
+/// a good name. A foreign installer may well carry "../../.profile".
+[[nodiscard]] std::string nameFlaw(std::string_view name);
 
 }  // namespace vessant

@@ -1,13 +1,15 @@
 #include "packer/Finding.h"
 
 #include <algorithm>
+#include <iterator>
 #include <ostream>
 #include <set>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
 
-#include "packer/Json.h"
+#include <nlohmann/json.hpp>
+
 #include "packer/Text.h"
 
 namespace vessant {
@@ -18,6 +20,121 @@ const char* wordFor(Severity severity) {
 }
 
 using Identity = std::tuple<std::string, int, std::string, std::string>;
+
+// clang-format off
+constexpr const char* kNames[] = {  // one a line, so that two people can add one each
+    "archive-in-archive",
+    "argument-count",
+    "bad-archive",
+    "bad-boolean",
+    "bad-comment",
+    "bad-executable",
+    "bad-hint",
+    "bad-id",
+    "bad-kind",
+    "bad-mode",
+    "bad-name",
+    "bad-number",
+    "bad-property",
+    "bad-separator",
+    "bad-setting",
+    "bad-sum",
+    "bad-unpacks",
+    "blank-label",
+    "byte-order-mark",
+    "cut-index",
+    "cut-text",
+    "doubled-label",
+    "doubled-tag",
+    "empty-block",
+    "empty-statement",
+    "endless-macro",
+    "endless-script",
+    "ends-without-launch",
+    "extra-words",
+    "file-beyond-end",
+    "file-count",
+    "file-overlap",
+    "file-type",
+    "home-for-jvm-file",
+    "hostile-name",
+    "ignored-argument",
+    "index-offset",
+    "label-in-first-statement",
+    "launcher-carries-files",
+    "lone-mark",
+    "missing-archive",
+    "missing-argument",
+    "missing-blank",
+    "missing-block-end",
+    "missing-colon",
+    "missing-file",
+    "missing-main-class",
+    "missing-parenthesis",
+    "missing-path",
+    "missing-tag",
+    "missing-tag-name",
+    "name-length",
+    "no-comments",
+    "no-files",
+    "no-installer",
+    "no-jvm-file",
+    "no-jvm-installer",
+    "no-launch-script",
+    "no-launcher",
+    "no-output",
+    "no-script",
+    "no-verification-class",
+    "no-verify-class",
+    "not-a-launcher",
+    "not-a-zip",
+    "number-out-of-range",
+    "other-machine",
+    "planted-class",
+    "quoted-class-path",
+    "raw-title",
+    "refused-statement",
+    "refused-text",
+    "repeated-id",
+    "repeated-name",
+    "search-all-hides",
+    "second-launch-script",
+    "second-script",
+    "size-flag",
+    "space-check",
+    "stray-block-end",
+    "stray-carriage-return",
+    "syntax-error",
+    "text-behind-label",
+    "text-behind-quote",
+    "text-too-large",
+    "too-large",
+    "too-many-files",
+    "unclosed-quote",
+    "unclosed-shell-quote",
+    "unfinished-text",
+    "unknown-command",
+    "unknown-function",
+    "unknown-id",
+    "unknown-jvm-tag",
+    "unknown-label",
+    "unknown-tag",
+    "unknown-variable",
+    "unquoted-argument",
+    "unquoted-path",
+    "unreachable-statement",
+    "unread-bytes",
+    "unreadable-file",
+    "unset-variable",
+    "unused-archive",
+    "unused-file",
+    "unused-value",
+    "utf-16",
+    "wrong-kind",
+    "wrong-sum",
+    "zero-byte",
+};
+// clang-format on
 
 }  // namespace
 
@@ -74,6 +191,11 @@ void printFindingsAsJson(const Findings& findings, std::ostream& stream) {
                     {"text", finding.text}});
   }
   stream << jsonText({{"findings", list}});
+}
+
+const std::vector<std::string>& findingNames() {
+  static const std::vector<std::string> names(std::begin(kNames), std::end(kNames));
+  return names;
 }
 
 }  // namespace vessant

@@ -17,7 +17,7 @@ struct Finding {
   int line = 0;
   Severity severity = Severity::Error;
   std::string text;
-  /// Stable, in kebab case: what `--allow` turns off. See FindingNames.h.
+  /// Stable, in kebab case: what `--allow` turns off. See findingNames.
   std::string name;
 };
 
@@ -49,5 +49,8 @@ class Findings {
 void printFindings(const Findings& findings, std::ostream& stream);
 /// `{"findings": [{"file":, "line":, "severity":, "name":, "text":}, ...]}`, indented.
 void printFindingsAsJson(const Findings& findings, std::ostream& stream);
+
+/// Every name that a finding can have, sorted.
+[[nodiscard]] const std::vector<std::string>& findingNames();
 
 }  // namespace vessant

@@ -1,4 +1,4 @@
-// `vspack info`: what an installer is.
+// `vspack list` and `vspack info`: what an installer carries and is.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -7,6 +7,7 @@
 
 namespace vessant {
 
+void addListCommand(CLI::App& app, Session& session);
 void addInfoCommand(CLI::App& app, Session& session);
 
 }  // namespace vessant

@@ -6,6 +6,8 @@
 
 #include "launcher/archive/LauncherFormat.h"
 #include "launcher/base/Handles.h"
+#include "packer/Nearest.h"
+#include "packer/NoLog.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -126,6 +128,24 @@ ByteSource Installer::bytesOf(const FileIndexEntry& entry) const {
 
 std::string Installer::textOf(const FileIndexEntry& entry) const {
   return bytesOf(entry).text();
+}
+
+const FileIndexEntry& Installer::require(const std::string& name) const {
+  const FileIndexEntry* entry = find(name);
+  if (entry != nullptr) return *entry;
+  std::vector<std::string> names;
+  for (const FileIndexEntry& other : entries_) names.push_back(str(other.fileName));
+  throw failure(printable(path()) + ": carries no file " + quotedName(name) +
+                suggestion(name, names));
+}
+
+void Installer::loadTags(const FileIndexEntry& entry, TagFile& tags) const {
+  std::string text = textOf(entry);
+  if (text.empty()) return;
+  const StdFile stream(::fmemopen(text.data(), text.size(), "rb"));
+  if (stream == nullptr) throw failure(printable(path()) + ": a text cannot be read");
+  NoLog log;
+  tags.load(stream.get(), entry.fileName, 0, entry.length, log);
 }
 
 }  // namespace vessant

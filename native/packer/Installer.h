@@ -44,6 +44,9 @@ class Installer {
   [[nodiscard]] const std::vector<FileIndexEntry>& entries() const { return entries_; }
   /// The entry of this name, else this id when `name` is a number, or null.
   [[nodiscard]] const FileIndexEntry* find(const std::string& name) const;
+  /// The same for a name that a user gave. Throws LauncherException, with the nearest name, when
+  /// there is none.
+  [[nodiscard]] const FileIndexEntry& require(const std::string& name) const;
 
   /// The launcher in front: the bytes before the first packed file.
   [[nodiscard]] ByteSource launcher() const;
@@ -53,6 +56,9 @@ class Installer {
   [[nodiscard]] ByteSource bytesOf(const FileIndexEntry& entry) const;
   /// The same as one text, for the kinds that are texts.
   [[nodiscard]] std::string textOf(const FileIndexEntry& entry) const;
+  /// Reads a text into `tags` with the launcher's own reader, as far as the entry goes. Throws
+  /// LauncherException at the first syntax error.
+  void loadTags(const FileIndexEntry& entry, TagFile& tags) const;
   /// The whole file.
   [[nodiscard]] const ByteSource& bytes() const { return file_; }
 

@@ -7,8 +7,7 @@
 
 #include "launcher/base/PathUtil.h"
 #include "packer/ByteSource.h"
-#include "packer/FileNames.h"
-#include "packer/Input.h"
+#include "packer/FileKinds.h"
 #include "packer/Nearest.h"
 #include "packer/Text.h"
 #include "packer/check/NumberCheck.h"

@@ -3,10 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "packer/FindingOptions.h"
+#include "packer/CommandOptions.h"
 #include "packer/LauncherFileWriter.h"
 #include "packer/Manifest.h"
-#include "packer/ManifestOptions.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -19,12 +19,15 @@ PendingFiles::PendingFiles() {
     ::sigaction(kSignals[i], nullptr, &before_[i]);
     if (before_[i].sa_handler != SIG_IGN) ::sigaction(kSignals[i], &action, nullptr);
   }
+  action.sa_handler = SIG_IGN;
+  ::sigaction(SIGXFSZ, &action, &sizeLimitBefore_);
 }
 
 PendingFiles::~PendingFiles() {
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     ::sigaction(kSignals[i], &before_[i], nullptr);
   }
+  ::sigaction(SIGXFSZ, &sizeLimitBefore_, nullptr);
   living = nullptr;
 }
 

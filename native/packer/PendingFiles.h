@@ -9,9 +9,10 @@
 
 namespace vessant {
 
-/// While one lives, SIGHUP, SIGINT and SIGTERM remove the files that are registered with it before
-/// they end the process as they would have anyhow. Signals that were ignored stay ignored. There is
-/// one at a time, made where the process begins.
+/// While one lives, the signals by which users and systems end a program remove the files that are
+/// registered with it before they end the process as they would have anyhow. Signals that were
+/// ignored stay ignored. A file that grows beyond the process's limit is a failed write and no
+/// signal. There is one at a time, made where the process begins.
 class PendingFiles {
  public:
   PendingFiles();
@@ -26,12 +27,13 @@ class PendingFiles {
 
  private:
   static constexpr std::size_t kMostFiles = 16;
-  static constexpr std::array<int, 3> kSignals = {SIGHUP, SIGINT, SIGTERM};
+  static constexpr std::array<int, 5> kSignals = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM};
 
   static void removeAllAndDie(int signal);
 
   std::array<std::atomic<const char*>, kMostFiles> paths_ = {};
   std::array<struct sigaction, kSignals.size()> before_ = {};
+  struct sigaction sizeLimitBefore_ = {};
 };
 
 }  // namespace vessant

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "launcher/archive/LauncherFormat.h"
-#include "packer/FileNames.h"
+#include "packer/FileKinds.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -3,13 +3,21 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <numeric>
 #include <sstream>
+#include <utility>
+
+#include <openssl/evp.h>
 
 #include "launcher/base/PathUtil.h"
 #include "packer/Text.h"
 
 namespace vessant {
 namespace {
+
+void require(int result) {
+  if (result != 1) throw failure("SHA-256 is not available here");
+}
 
 constexpr std::size_t kSumLength = 64;
 
@@ -73,6 +81,78 @@ SumLine readLine(std::string line) {
 }
 
 }  // namespace
+
+void Sha256::Closer::operator()(evp_md_ctx_st* context) const {
+  EVP_MD_CTX_free(context);
+}
+
+Sha256::Sha256() : context_(EVP_MD_CTX_new()) {
+  require(context_ == nullptr ? 0 : EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr));
+}
+
+void Sha256::add(std::string_view bytes) {
+  require(EVP_DigestUpdate(context_.get(), bytes.data(), bytes.size()));
+}
+
+std::string Sha256::finish() {
+  constexpr const char* kDigits = "0123456789abcdef";
+  unsigned char sum[EVP_MAX_MD_SIZE];
+  unsigned length = 0;
+  require(EVP_DigestFinal_ex(context_.get(), sum, &length));
+  std::string text;
+  for (unsigned i = 0; i < length; ++i) text += {kDigits[sum[i] >> 4U], kDigits[sum[i] & 0xFU]};
+  return text;
+}
+
+OnePass::OnePass(const Installer& installer)
+    : installer_(installer),
+      order_(installer.entries().size()),
+      fileSums_(installer.entries().size()) {
+  std::iota(order_.begin(), order_.end(), 0);
+  std::stable_sort(order_.begin(), order_.end(), [&installer](std::size_t a, std::size_t b) {
+    const FileIndexEntry& first = installer.entries()[a];
+    const FileIndexEntry& second = installer.entries()[b];
+    return std::pair(first.offset, first.length) < std::pair(second.offset, second.length);
+  });
+}
+
+void OnePass::offer(std::uint64_t position, std::string_view bytes) {
+  constexpr std::uint64_t kLittle = 1U << 18U;
+  if (position + bytes.size() <= position_ || position > position_ + kLittle) return;
+  readTo(position);
+  bytes.remove_prefix(position_ - position);
+  add(bytes);
+}
+
+void OnePass::readTo(std::uint64_t position) {
+  if (position <= position_) return;
+  const ByteSource& file = installer_.bytes();
+  file.part(position_, position - position_, file.label()).forEachBlock([this](auto block) {
+    add(block);
+  });
+}
+
+/// Gives each stretch of the bytes to the file whose it is.
+void OnePass::add(std::string_view bytes) {
+  whole_.add(bytes);
+  const std::uint64_t end = position_ + bytes.size();
+  while (current_ < order_.size()) {
+    const FileIndexEntry& entry = installer_.entries()[order_[current_]];
+    const std::uint64_t fileEnd = std::uint64_t{entry.offset} + entry.length;
+    const std::uint64_t from = std::max<std::uint64_t>(entry.offset, position_);
+    const std::uint64_t to = std::min(fileEnd, end);
+    if (from < to) currentSum_.add(bytes.substr(from - position_, to - from));
+    if (fileEnd > end) break;
+    fileSums_[order_[current_++]] = std::exchange(currentSum_, Sha256()).finish();
+  }
+  position_ = end;
+}
+
+std::string OnePass::wholeSum() {
+  readTo(installer_.size());
+  add("");  // for files of no length at the very end
+  return whole_.finish();
+}
 
 std::string lineOf(const SumLine& sum) {
   const bool isEscaped = mustEscape(sum.name);

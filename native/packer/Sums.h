@@ -2,13 +2,64 @@
 // files that it carries.
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packer/Finding.h"
-#include "packer/OnePass.h"
+#include "packer/Installer.h"
+
+struct evp_md_ctx_st;
 
 namespace vessant {
+
+/// By libcrypto.
+class Sha256 {
+ public:
+  Sha256();
+  void add(std::string_view bytes);
+  /// The sum in small hexadecimal digits. Nothing can be added behind it.
+  [[nodiscard]] std::string finish();
+
+ private:
+  struct Closer {
+    void operator()(evp_md_ctx_st* context) const;
+  };
+
+  std::unique_ptr<evp_md_ctx_st, Closer> context_;
+};
+
+/// Sums up a whole installer and each of its files while their bytes are read for another purpose.
+class OnePass {
+ public:
+  /// The installer's files must not overlap; it must outlive this.
+  explicit OnePass(const Installer& installer);
+
+  /// The bytes of the file from `position` on have just been read. What was read before or lies
+  /// further ahead than a little is passed over, and read when its turn comes.
+  void offer(std::uint64_t position, std::string_view bytes);
+  /// Reads on to `position`.
+  void readTo(std::uint64_t position);
+
+  /// The sum of the whole file, which is read to its end.
+  [[nodiscard]] std::string wholeSum();
+  /// The sums of the packed files, in the order of the index, after that.
+  [[nodiscard]] const std::vector<std::string>& fileSums() const { return fileSums_; }
+
+ private:
+  void add(std::string_view bytes);
+
+  const Installer& installer_;
+  std::uint64_t position_ = 0;
+  Sha256 whole_;
+  /// Indexes of the entries by offset.
+  std::vector<std::size_t> order_;
+  std::size_t current_ = 0;
+  Sha256 currentSum_;
+  std::vector<std::string> fileSums_;
+};
 
 struct SumLine {
   std::string sum;

@@ -1,5 +1,7 @@
 #include "packer/Text.h"
 
+#include <nlohmann/json.hpp>
+
 namespace vessant {
 
 std::string printable(std::string_view text) {
@@ -19,6 +21,11 @@ std::string printable(std::string_view text) {
 
 std::string quotedName(std::string_view text) {
   return '"' + printable(text) + '"';
+}
+
+std::string jsonText(const Json& json) {
+  constexpr int kIndent = 2;
+  return json.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace vessant

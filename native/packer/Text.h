@@ -1,8 +1,10 @@
-// Between the standard library's strings and the launcher's.
+// Texts: between the standard library's strings and the launcher's, for a terminal, for a machine.
 #pragma once
 
 #include <string>
 #include <string_view>
+
+#include <nlohmann/json_fwd.hpp>
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/SString.h"
@@ -28,5 +30,12 @@ namespace vessant {
 [[nodiscard]] inline LauncherException failure(std::string_view text) {
   return LauncherException(SString(text));
 }
+
+/// Keys stay in the order in which they were set.
+using Json = nlohmann::ordered_json;
+
+/// Indented, with a line break at the end. Bytes that are no UTF-8 become U+FFFD: file names and
+/// scripts may hold any byte, JSON may not.
+[[nodiscard]] std::string jsonText(const Json& json);
 
 }  // namespace vessant

@@ -4,8 +4,7 @@
 #include <vector>
 
 #include "packer/FileKinds.h"
-#include "packer/FileNames.h"
-#include "packer/Layout.h"
+#include "packer/LauncherFileWriter.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -1,4 +1,4 @@
-// `vspack verify`: whether an installer is whole.
+// `vspack verify` and `vspack sums`: whether an installer is whole, and still what it was.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -7,6 +7,7 @@
 
 namespace vessant {
 
+void addSumsCommand(CLI::App& app, Session& session);
 void addVerifyCommand(CLI::App& app, Session& session);
 
 }  // namespace vessant

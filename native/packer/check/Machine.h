@@ -17,4 +17,8 @@ namespace vessant {
 /// Whether a program is a launcher: it knows a launcher's options.
 [[nodiscard]] bool isLauncher(const ByteSource& program);
 
+/// The version in the note that a launcher carries, an ELF note with the owner "Vessant"; empty
+/// when there is none.
+[[nodiscard]] std::string launcherVersionOf(const ByteSource& program);
+
 }  // namespace vessant

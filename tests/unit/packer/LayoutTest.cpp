@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/Layout.h"
+#include "packer/LauncherFileWriter.h"
 
 namespace vessant::test {
 namespace {

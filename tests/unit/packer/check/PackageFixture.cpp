@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "JarBuilder.h"
-#include "packer/FindingNames.h"
+#include "packer/Finding.h"
 #include "support/BuildPaths.h"
 
 namespace vessant::test {

@@ -1,4 +1,4 @@
-#include "packer/Progress.h"
+#include "packer/Session.h"
 
 #include <utility>
 

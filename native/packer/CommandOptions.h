@@ -1,4 +1,4 @@
-// What `pack` and `check` are told of a manifest, and what they make of it.
+// The options that several commands share, and what they mean.
 #pragma once
 
 #include <string>
@@ -13,12 +13,22 @@
 
 namespace vessant {
 
+struct FindingOptions {
+  std::vector<std::string> allowed;
+  bool json = false;
+};
+
+/// Adds `--allow NAME`, which may come again and again and takes known names only.
+void addAllowOption(CLI::App& command, FindingOptions& options);
+/// Adds `--json`.
+void addJsonOption(CLI::App& command, bool& json, const char* help);
+
 struct ManifestOptions {
   std::string launcher;
   std::vector<std::string> directories;
 };
 
-/// Adds `-l` and `-I`.
+/// What `pack` and `check` are told of a manifest. Adds `-l` and `-I`.
 void addManifestOptions(CLI::App& command, ManifestOptions& options);
 
 /// Reads the manifest at `path`, with what was installed along with vspack behind the directories

@@ -1,12 +1,36 @@
-#include "packer/ManifestOptions.h"
+#include "packer/CommandOptions.h"
+
+#include <algorithm>
 
 #include "packer/InstalledFiles.h"
+#include "packer/Nearest.h"
 #include "packer/PackageReader.h"
 #include "packer/Text.h"
 #include "packer/check/PackageCheck.h"
 #include "packer/check/TagCheck.h"
 
 namespace vessant {
+namespace {
+
+/// The reason why a name is refused; empty for a known one.
+std::string checkName(const std::string& name) {
+  const std::vector<std::string>& names = findingNames();
+  if (std::find(names.begin(), names.end(), name) != names.end()) return "";
+  return "there is no finding " + quotedName(name) + suggestion(name, names);
+}
+
+}  // namespace
+
+void addAllowOption(CLI::App& command, FindingOptions& options) {
+  command.add_option("--allow", options.allowed, "Turn findings of this name off")
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->check(checkName);
+}
+
+void addJsonOption(CLI::App& command, bool& json, const char* help) {
+  command.add_flag("--json", json, help);
+}
 
 void addManifestOptions(CLI::App& command, ManifestOptions& options) {
   command
