@@ -7,10 +7,10 @@
 #include "packer/ByteSource.h"
 #include "packer/OutputFile.h"
 #include "packer/Text.h"
+#include "packer/WrittenText.h"
 #include "packer/bundle/RuntimeInstaller.h"
 #include "packer/init/Project.h"
 #include "packer/init/ProjectDirectory.h"
-#include "packer/WrittenText.h"
 
 namespace vessant {
 namespace {
