@@ -25,13 +25,24 @@ NewFile::NewFile(const SString& directory, const SString& name, const UniqueFd& 
 }
 
 int NewFile::create(const UniqueFd& keep) {
+  int error = open();
+  if (error != EEXIST) return error;
+  error = clearPlace(keep);
+  return error != 0 ? error : open();
+}
+
+int NewFile::open() {
   constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  const std::optional<FileIdentity> found = identityOf(directory_.get(), name_.cString());
-  if (found && found == identityOf(keep.get())) return ETXTBSY;
-  // Removed instead of cut: whoever laid a link there, or reads the old file, is none the wiser.
-  if (::unlinkat(directory_.get(), name_.cString(), 0) != 0 && errno != ENOENT) return errno;
   file_.reset(::openat(directory_.get(), name_.cString(), kFlags, kFileMode));
   return file_.isOpen() ? 0 : errno;
+}
+
+/// What lies in the way is removed instead of cut: whoever laid a link there, or reads the old
+/// file, is none the wiser.
+int NewFile::clearPlace(const UniqueFd& keep) const {
+  const std::optional<FileIdentity> found = identityOf(directory_.get(), name_.cString());
+  if (found && found == identityOf(keep.get())) return ETXTBSY;
+  return ::unlinkat(directory_.get(), name_.cString(), 0) == 0 || errno == ENOENT ? 0 : errno;
 }
 
 void NewFile::makeExecutable() const {

@@ -29,7 +29,10 @@ class NewFile {
   void remove() const;
 
  private:
+  // Each returns 0 or the number of its error.
   [[nodiscard]] int create(const UniqueFd& keep);
+  [[nodiscard]] int open();
+  [[nodiscard]] int clearPlace(const UniqueFd& keep) const;
 
   SString name_;
   UniqueFd directory_;

@@ -5,9 +5,14 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 
 namespace vessant {
 namespace {
+
+/// As much as the kernel hands out at a time is worth asking for: the walk of a disk is little
+/// else.
+constexpr std::size_t kBufferSize = 64 * 1024;
 
 constexpr std::int64_t kFilesPerProgressStep = 1000;
 
@@ -36,7 +41,36 @@ bool walksAsDirectory(int directory, const dirent64& entry) {
   return (static_cast<mode_t>(DTTOIF(entry.d_type)) & kDirectoryBit) != 0;
 }
 
+bool isDots(const char* name) {
+  if (name[0] != '.') return false;
+  return name[1] == '\0' || (name[1] == '.' && name[2] == '\0');
+}
+
 }  // namespace
+
+DirectoryReader::DirectoryReader() : buffer_(new std::byte[kBufferSize]) {}
+
+void DirectoryReader::start(int directory) {
+  directory_ = directory;
+  filled_ = 0;
+  position_ = 0;
+}
+
+dirent64* DirectoryReader::next() {
+  while (position_ < filled_ || refill()) {
+    auto* entry = reinterpret_cast<dirent64*>(buffer_.get() + position_);
+    position_ += entry->d_reclen;
+    if (!isDots(entry->d_name)) return entry;
+  }
+  return nullptr;
+}
+
+bool DirectoryReader::refill() {
+  const ssize_t count = ::getdents64(directory_, buffer_.get(), kBufferSize);
+  position_ = 0;
+  filled_ = count > 0 ? static_cast<std::size_t>(count) : 0;
+  return count > 0;
+}
 
 const SString& FoundFile::path() const {
   if (path_.length() == directoryLength_) path_.append(name_);

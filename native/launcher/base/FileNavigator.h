@@ -10,17 +10,44 @@
 // however deep the tree. Entries may be removed while it runs.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
-#include "launcher/base/DirectoryReader.h"
+#include <dirent.h>
+
 #include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 
 namespace vessant {
+
+/// Reads the entries of open directories, a large piece at a time. One reader serves
+/// many directories, one after the other. It asks the kernel itself (getdents64
+/// of Linux), because the C library's streams read 32 KiB at a time and allocate for each
+/// directory.
+class DirectoryReader {
+ public:
+  DirectoryReader();
+
+  /// Reads `directory` from where it stands; the descriptor stays the caller's.
+  void start(int directory);
+  /// The next entry other than "." and "..", or null at the end. Good until the next call.
+  ///
+  /// A read error looks like the end: nobody could do more with the rest of such a directory.
+  [[nodiscard]] dirent64* next();
+
+ private:
+  [[nodiscard]] bool refill();
+
+  std::unique_ptr<std::byte[]> buffer_;
+  std::size_t filled_ = 0;
+  std::size_t position_ = 0;
+  int directory_ = -1;
+};
 
 /// An entry that a walk has found. Good only during the call that hands it over.
 class FoundFile {
