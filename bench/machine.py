@@ -60,6 +60,13 @@ class Contender:
     def __init__(self, *command, before=None, count=1, cwd=None):
         self.command, self.before, self.count, self.cwd = command, before, count, cwd
 
+    def works(self):
+        try:
+            self.once()
+        except subprocess.CalledProcessError:
+            return False
+        return True
+
     def once(self):
         if self.before:
             self.before()

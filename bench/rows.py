@@ -135,6 +135,9 @@ def walk(bench):
     fd = "fdfind" if has("fdfind") else "fd" if has("fd") else None
     if fd:
         contenders["fd"] = Contender(fd, "-HI", "-j1", "-p", "/bin/java$", top)
+    for peer in ("bfs", "fd"):
+        if peer in contenders and not contenders[peer].works():
+            del contenders[peer]
     rounds = Rounds(bench.rounds, **contenders)
     yield Row.ratio_row(f"the walk of {top} for `bin/java`, CPU", "GNU find",
                         rounds.ratios("launcher", "find"), 0.52)
