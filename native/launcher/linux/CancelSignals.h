@@ -30,6 +30,8 @@ class CancelSignals {
   [[nodiscard]] bool hasNoted() const;
   /// The next noted signal, or 0. After the last one the flag is no longer undecided.
   [[nodiscard]] int takeNoted();
+  /// Counts a signal that is noted as one with the one that was taken before.
+  void dropNoted(int signal) { noted_[signal] = 0; }
   /// What a signal does when it is not only noted.
   void cancel(int signal);
 

@@ -53,6 +53,8 @@ void SignalRelay::handle() {
 
 void SignalRelay::handle(int signal) {
   const bool toGroup = witness_.has_value() && witness_->got(signal);
+  // Two in a row are one to the witness: what has come to the launcher by now, it has answered for.
+  if (toGroup) signals_->dropNoted(signal);
   const bool isQuit = signal == SIGQUIT && witness_.has_value();
   const bool isInterrupt = signal == SIGINT && toGroup;
   if (isQuit) {
