@@ -134,12 +134,13 @@ struct NothingToRun : RunEnd {};
 TEST_F(NothingToRun, ALauncherThatCarriesNothingFails) {
   file.identification(0xCA82CA83U);
   addScript({"SET N1 = 1"});
-  EXPECT_THAT(runLogged(), Ended(255, "\n"));
+  EXPECT_THAT(runLogged(), EndedWithoutInstaller(launcher, "\n"));
 }
 
 TEST_F(NothingToRun, ALauncherWithoutAScriptFails) {
   addLaunchScript(kJavaCommand);
-  EXPECT_THAT(run(), Ended(255, "Demo\n\n"));
+  EXPECT_THAT(run(), EndedWithoutInstaller(launcher, "Demo\n\n"));
+  EXPECT_THAT(run({"-vs:silent"}), Ended(255, ""));
 }
 
 TEST_F(NothingToRun, ALaunchWithoutALaunchScriptFails) {

@@ -39,6 +39,12 @@ std::string maskTempNames(const std::string& text) {
   }
 }
 
+std::string noInstaller(const std::string& launcherFile) {
+  return launcherFile +
+         ": This file carries no installer. It is incomplete or was changed. Please download or "
+         "copy it again.\n";
+}
+
 void PrintTo(const ProcessResult& result, std::ostream* out) {
   *out << "status " << result.status << ", output " << ::testing::PrintToString(result.out)
        << ", errors " << ::testing::PrintToString(result.err);

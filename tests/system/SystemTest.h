@@ -53,6 +53,14 @@ MATCHER_P2(Ended, status, out, "") {
   return arg.status == status && arg.out == out && arg.err.empty();
 }
 
+/// The advice for a launcher file whose script is to run but is not there.
+[[nodiscard]] std::string noInstaller(const std::string& launcherFile);
+
+/// A process that ended with 255 after it wrote exactly this and the advice for the file.
+MATCHER_P2(EndedWithoutInstaller, launcherFile, out, "") {
+  return arg.status == 255 && arg.out == out && arg.err == noInstaller(launcherFile);
+}
+
 class SystemTest : public ::testing::Test {
  protected:
   SystemTest();
