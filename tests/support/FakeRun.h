@@ -61,6 +61,7 @@ class FakePlatform : public Platform {
   void setEnvironmentVariable(const SString& name, const SString& value) override;
   [[nodiscard]] bool hasFreeSpace(const SString& directory, std::uint32_t byteCount,
                                   std::uint32_t fileCount) const override;
+  [[nodiscard]] bool isNoExec(const SString& /*path*/) const override { return noExec; }
 
   struct SpaceQuestion {
     std::string directory;
@@ -76,6 +77,7 @@ class FakePlatform : public Platform {
   std::string output;
   std::string errors;
   bool enoughSpace = true;
+  bool noExec = false;
   void (*onExecute)(FakePlatform&) = nullptr;
   /// Runs the commands in its place, when set.
   std::function<ChildResult(const ChildCommand&, ProgressSink&)> executor;

@@ -150,6 +150,9 @@ class Platform {
   /// Throws LauncherException with the system's text when the file system cannot be asked.
   [[nodiscard]] virtual bool hasFreeSpace(const SString& directory, std::uint32_t byteCount,
                                           std::uint32_t fileCount) const = 0;
+  /// Whether the file system of `path` refuses to run programs, because it is mounted noexec. False
+  /// also when that cannot be told.
+  [[nodiscard]] virtual bool isNoExec(const SString& path) const = 0;
 };
 
 /// The record that travels. It owns nothing; what it refers to lives as long as the run.

@@ -54,8 +54,9 @@ void JvmInstallation::installEmbeddedJvm(std::int32_t mode) {
     services_.console.showStage(Stage::PreparingJvm);
   }
   const FileIndexEntry* installer = state_.launcherFile.findByType(FileType::JvmInstaller);
-  if (installer == nullptr)
+  if (installer == nullptr) {
     throw LauncherException(services_.messages.errorText(ErrorId::NoJvmInstaller));
+  }
   const SString destination = chooseDestination(mode);
   if (destination.isEmpty()) return;
   runInstaller(*installer, destination);
@@ -69,7 +70,11 @@ void JvmInstallation::installEmbeddedJvm(std::int32_t mode) {
 }
 
 SString JvmInstallation::chooseDestination(std::int32_t mode) {
-  if (mode == kQuietMode || mode == kProgressMode) return services_.tempFiles.createTempDir();
+  if (mode == kQuietMode || mode == kProgressMode) {
+    SString directory = services_.tempFiles.createTempDir();
+    services_.adviseIfNothingRunsIn(directory);
+    return directory;
+  }
   if (mode != kAskMode) return "";
   const SString answer = services_.console.askDestinationDirectory();
   return answer.isEmpty() ? answer : absolutePath(answer);
@@ -85,7 +90,15 @@ void JvmInstallation::runInstaller(const FileIndexEntry& installer, const SStrin
   command.redirectChildOutput = true;
   command.stdoutText = &output;
   command.stderrText = &errors;
-  services_.platform.executeCommand(command, services_.console);
+  const std::int32_t status =
+      services_.platform.executeCommand(command, services_.console).exitCode;
+  services_.run.throwIfCanceled();  // what it left behind is not looked at
+  const bool isInstalled = fileExists(joinPath(destination, kInstalledJvmFile));
+  if (status == 0 && isInstalled) return;
+  // Kept: whatever its status, a JVM file makes it a success. What it said may tell why it was
+  // none.
+  services_.run.log("The JVM installer ended with status " + longToString(status) + "\nStdOut:\n" +
+                    output + "\nErrOut:\n" + errors);
 }
 
 /// The file is read and written as `jvmFile`, the path as it was given; what it says of itself

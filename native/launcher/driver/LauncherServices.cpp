@@ -1,5 +1,7 @@
 #include "launcher/driver/LauncherServices.h"
 
+#include "launcher/base/PathUtil.h"
+
 namespace vessant {
 
 LauncherServices::LauncherServices(LauncherState& state)
@@ -20,6 +22,16 @@ LauncherServices::LauncherServices(LauncherState& state)
              state.classPathPrefix,
              state.classPathSuffix},
       search{.launch = launch, .javaHome = state.javaHome, .fileSystemRoot = state.fileSystemRoot} {
+}
+
+void LauncherServices::adviseIfNothingRunsIn(const SString& temporaryDirectory) {
+  if (!platform.isNoExec(temporaryDirectory)) return;
+  const SString text = "No program can be started from the temporary directory " +
+                       directoryOf(temporaryDirectory) +
+                       ", because its file system is mounted noexec. Please run the program again "
+                       "using the option -vs:tempdir <temp dir> to specify a different directory.";
+  log.log(text, LogLevel::Warning);
+  console.showAdvice(text);
 }
 
 }  // namespace vessant

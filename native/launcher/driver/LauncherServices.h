@@ -21,6 +21,11 @@ struct LauncherServices {
   LauncherServices(const LauncherServices&) = delete;
   LauncherServices& operator=(const LauncherServices&) = delete;
 
+  /// Tells the log and the user when programs cannot be started from a temporary directory, because
+  /// its file system is mounted so. To be called before one is: its own failure says only that it
+  /// was not permitted.
+  void adviseIfNothingRunsIn(const SString& temporaryDirectory);
+
   // Each is made of those above it.
   LinuxPlatformImpl platform;
   Messages messages;

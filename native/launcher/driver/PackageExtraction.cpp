@@ -26,8 +26,9 @@ void PackageExtraction::extractFiles() {
   try {
     writeExtractedInputFile();
   } catch (const LauncherException& error) {
-    throw LauncherException(services_.messages.errorText(ErrorId::ExtractionFailed) +
-                            error.message());
+    const SString context = services_.messages.errorText(ErrorId::ExtractionFailed);
+    if (error.message().view().starts_with(context)) throw;  // it says so already
+    throw LauncherException(context + error.message());
   }
   services_.console.finishProgress();
 }

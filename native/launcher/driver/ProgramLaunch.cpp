@@ -49,6 +49,7 @@ void ProgramLaunch::runEmbeddedLauncher(std::int32_t fileId) {
   const bool isLauncher = entry != nullptr && entry->type == FileType::EmbeddedLauncher;
   if (isLauncher && !state_.originalLauncherMode) {
     const SString directory = services_.tempFiles.createTempDir();
+    services_.adviseIfNothingRunsIn(directory);
     const SString launcher = services_.extractor.extractFile(*entry, directory);
     ChildCommand command{.command = embeddedLauncherCommand(launcher),
                          .workingDirectory = directory};

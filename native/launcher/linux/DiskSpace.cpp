@@ -37,4 +37,10 @@ bool fitsOnDisk(std::uint32_t byteCount, std::uint32_t fileCount, const DiskSpac
   return available >= needed;
 }
 
+bool isMountedNoExec(const SString& path) {
+  struct statvfs status = {};
+  // Only a warning hangs on the answer: without one, the program's start tells.
+  return ::statvfs(path.cString(), &status) == 0 && (status.f_flag & ST_NOEXEC) != 0;
+}
+
 }  // namespace vessant

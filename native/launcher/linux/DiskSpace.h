@@ -1,4 +1,4 @@
-// Room on a file system.
+// What a file system has room for, and what it allows.
 #pragma once
 
 #include <cstdint>
@@ -22,5 +22,9 @@ struct DiskSpace {
 /// files.
 [[nodiscard]] bool fitsOnDisk(std::uint32_t byteCount, std::uint32_t fileCount,
                               const DiskSpace& space);
+
+/// Whether programs may not be run from the file system of `path`, because it is mounted noexec.
+/// False also when that cannot be told.
+[[nodiscard]] bool isMountedNoExec(const SString& path);
 
 }  // namespace vessant

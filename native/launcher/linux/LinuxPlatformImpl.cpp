@@ -61,4 +61,8 @@ bool LinuxPlatformImpl::hasFreeSpace(const SString& directory, std::uint32_t byt
   return fitsOnDisk(byteCount, fileCount, queryDiskSpace(directory));
 }
 
+bool LinuxPlatformImpl::isNoExec(const SString& path) const {
+  return isMountedNoExec(path);
+}
+
 }  // namespace vessant

@@ -16,6 +16,7 @@ class LinuxPlatformImpl : public Platform {
 
   [[nodiscard]] bool hasFreeSpace(const SString& directory, std::uint32_t byteCount,
                                   std::uint32_t fileCount) const override;
+  [[nodiscard]] bool isNoExec(const SString& path) const override;
 };
 
 }  // namespace vessant

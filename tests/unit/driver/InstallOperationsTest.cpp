@@ -170,6 +170,17 @@ TEST_F(InstallTest, OnlyLogsThatTheInstallerMadeNoJvmFile) {
   EXPECT_THAT(run.log(), EndsWith(errorLine("Invalid bundled JVM. Missing 'jvm' file.")));
 }
 
+TEST_F(InstallTest, LogsWhatAnInstallerSaidThatDidNotDoItsWork) {
+  const std::string said = "\nStdOut:\nout\n\nErrOut:\ndisk full\n\n";
+  install(0, "echo out; echo disk full >&2\n");
+  EXPECT_THAT(run.log(), HasSubstr("\nThe JVM installer ended with status 0" + said));
+  DriverRun other;
+  other.script({"INSTALL_JVM 0"})
+      .jvmInstaller("echo out; echo disk full >&2; echo > jvm; exit 9\n");
+  EXPECT_EQ(other.run(), 0);
+  EXPECT_THAT(other.log(), HasSubstr("\nThe JVM installer ended with status 9" + said));
+}
+
 TEST_F(InstallTest, PassesOverTheInstallersExitStatus) {
   install(0, "echo > jvm; exit 9\n");
   EXPECT_EQ(run.n(1), 1);
