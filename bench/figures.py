@@ -26,7 +26,6 @@ class Bench:
     def __init__(self, work, options):
         self.work, self.rounds = work, options.rounds
         self.quick, self.walk_root = options.quick, options.walk_root
-        self.allowed = []
 
     def place(self, name):
         place = self.work / name
