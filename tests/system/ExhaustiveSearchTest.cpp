@@ -208,6 +208,8 @@ TEST_F(ExhaustiveSearch, ShowsADotForEveryThousandFiles) {
   EXPECT_THAT(runInside().out, HasSubstr(std::string(kScanning) + ".." + std::string(kNoJvmFound)));
 }
 
+constexpr const char* kCanceled = "Canceled by the user.\n";
+
 /// Java homes of another version that end the launcher when they are verified.
 struct EndedSearch : ExhaustiveSearch {
   void addEndingJavas() {
@@ -230,7 +232,7 @@ TEST_F(EndedSearch, StopsItsWalk) {
   addScript({"FIND_JVM 0 1"});
   addJvmFile("17.0.1", kSearchAll);
   addEndingJavas();
-  EXPECT_THAT(runWithId({"-vs:log", "/setup.log"}), Ended(0, kNoJvmFound));
+  EXPECT_THAT(runWithId({"-vs:log", "/setup.log"}), Ended(255, kCanceled));
   EXPECT_EQ(verified().size(), 1U);
 }
 
@@ -238,7 +240,7 @@ TEST_F(EndedSearch, VerifiesNoFurtherCandidate) {
   addJvmFile("17.0.1");
   addEndingJavas();
   tree.file(inTree("/input.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /setup.log\n");
-  EXPECT_THAT(runWithId({"-vs:in", "/input.tag"}), Ended(0, "0\n"));
+  EXPECT_THAT(runWithId({"-vs:in", "/input.tag"}), Ended(255, kCanceled));
   EXPECT_EQ(verified().size(), 1U);
 }
 
