@@ -58,7 +58,7 @@ bool endsAsZip(const ByteSource& file) {
     if (at + kRecord <= end.size()) {
       const auto low = static_cast<unsigned char>(end[at + kRecord - 2]);
       const auto high = static_cast<unsigned char>(end[at + kRecord - 1]);
-      if (at + kRecord + high * 256U + low == end.size()) return true;
+      if (at + kRecord + (std::size_t{high} << 8) + low == end.size()) return true;
     }
     if (at == 0) break;
   }

@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint64_t kChunkSize = 0xEFFF;
 /// What is read and written at a time. A power of two, so that every write but the last fills whole
 /// pages of the target: chunks of an odd size would touch each page at their borders twice.
-constexpr std::uint64_t kBlockSize = 1024 * 1024;
+constexpr std::uint64_t kBlockSize = 1U << 20;
 /// Below, reserving room costs more than it saves.
 constexpr std::uint64_t kLeastReserved = 4 * kBlockSize;
 /// Every file system that can share blocks has blocks of this size or a divisor of it.

@@ -12,7 +12,7 @@ namespace {
 
 /// As much as the kernel hands out at a time is worth asking for: the walk of a disk is little
 /// else.
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = 1U << 16;
 
 constexpr std::int64_t kFilesPerProgressStep = 1000;
 

@@ -34,9 +34,10 @@ int runLauncher(int argumentCount, const char* const* arguments, LauncherState& 
 }
 
 int reportUnexpectedFailure(const LauncherState& state) {
-  if (!state.console.silent)
+  if (!state.console.silent) {
     OutputStream(STDOUT_FILENO, state.cancelFlag)
         .write("The launcher ended because of an unexpected internal failure.\n");
+  }
   return kRunFailed;
 }
 
