@@ -6,7 +6,7 @@
 #include "launcher/base/Exceptions.h"
 #include "packer/Finding.h"
 #include "packer/Installer.h"
-#include "packer/PackageReader.h"
+#include "packer/check/Package.h"
 #include "packer/check/PackageCheck.h"
 
 namespace {

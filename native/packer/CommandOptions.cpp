@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include "packer/InstalledFiles.h"
-#include "packer/Nearest.h"
-#include "packer/PackageReader.h"
+#include "packer/Session.h"
 #include "packer/Text.h"
+#include "packer/check/Package.h"
 #include "packer/check/PackageCheck.h"
 #include "packer/check/TagCheck.h"
 

@@ -10,17 +10,14 @@
 #include <CLI/Formatter.hpp>
 
 #include "launcher/base/Exceptions.h"
-#include "packer/CheckCommand.h"
 #include "packer/DiffCommand.h"
-#include "packer/ExplainCommand.h"
 #include "packer/ExtractCommand.h"
 #include "packer/InfoCommand.h"
-#include "packer/InitCommand.h"
-#include "packer/JvmCommands.h"
-#include "packer/Nearest.h"
-#include "packer/PackCommand.h"
+#include "packer/ManifestCommands.h"
+#include "packer/ProjectCommands.h"
 #include "packer/Text.h"
 #include "packer/VerifyCommand.h"
+#include "packer/explain/ExplainCommand.h"
 
 namespace vessant {
 namespace {

@@ -6,8 +6,7 @@
 
 #include "launcher/archive/LauncherFormat.h"
 #include "launcher/base/Handles.h"
-#include "packer/Nearest.h"
-#include "packer/NoLog.h"
+#include "packer/Session.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -8,9 +8,8 @@
 #include "launcher/base/PathUtil.h"
 #include "packer/ByteSource.h"
 #include "packer/FileKinds.h"
-#include "packer/Nearest.h"
 #include "packer/Text.h"
-#include "packer/check/NumberCheck.h"
+#include "packer/check/Statement.h"
 
 namespace vessant {
 namespace {

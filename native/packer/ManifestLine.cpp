@@ -9,7 +9,6 @@
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
 #include "packer/FileKinds.h"
-#include "packer/Nearest.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -1,10 +1,14 @@
-// What a command knows of the run that it is part of.
+// What a command knows of the run that it is part of: its streams and status, whether somebody
+// watches, and what was built or installed together with the running vspack.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <iostream>
 #include <string>
+#include <vector>
+
+#include "launcher/base/RunServices.h"
 
 namespace vessant {
 
@@ -49,6 +53,24 @@ class Progress {
   std::uint64_t done_ = 0;
   Clock::time_point next_;
   bool shown_ = false;
+};
+
+/// The directories in which files lie that packages bring along, nearest first: `share` next to the
+/// build's own program, then the system's. Each is followed by its `jvm` directory. `program` is
+/// the path of vspack.
+[[nodiscard]] std::vector<std::string> installedDirectories(const std::string& program);
+
+/// The path of an installed file, such as "verify.jar"; empty when there is none.
+[[nodiscard]] std::string installedFile(const std::string& program, const std::string& name);
+
+/// The launcher that belongs to this vspack: the one next to it, else the system's. The former when
+/// there is none, so that an error names it.
+[[nodiscard]] std::string installedLauncher(const std::string& program);
+
+/// Nowhere to write: the launcher's readers repeat their log lines in the errors that they throw.
+class NoLog : public LogSink {
+ public:
+  void log(const SString& /*text*/, LogLevel /*level*/) override {}
 };
 
 }  // namespace vessant

@@ -7,10 +7,9 @@
 #include "launcher/base/Exceptions.h"
 #include "launcher/launch/MacroFunctions.h"
 #include "launcher/launch/MacroHandler.h"
-#include "packer/Nearest.h"
-#include "packer/NoLog.h"
+#include "packer/Session.h"
 #include "packer/Text.h"
-#include "packer/check/ShellWords.h"
+#include "packer/check/ShellCommand.h"
 #include "packer/check/TagRules.h"
 
 namespace vessant {

@@ -5,9 +5,8 @@
 #include <string_view>
 
 #include "launcher/base/TextUtil.h"
-#include "packer/Nearest.h"
 #include "packer/Text.h"
-#include "packer/check/NumberCheck.h"
+#include "packer/check/Statement.h"
 #include "packer/check/TagCheck.h"
 
 namespace vessant {

@@ -6,8 +6,7 @@
 #include "packer/Text.h"
 #include "packer/check/CommandTrial.h"
 #include "packer/check/JvmFileCheck.h"
-#include "packer/check/MainClassCheck.h"
-#include "packer/check/ShellWords.h"
+#include "packer/check/ShellCommand.h"
 #include "packer/check/TagCheck.h"
 
 namespace vessant {

@@ -8,6 +8,9 @@
 
 #include "launcher/archive/LauncherFormat.h"
 #include "packer/ByteSource.h"
+#include "packer/Finding.h"
+#include "packer/Installer.h"
+#include "packer/Manifest.h"
 #include "packer/check/Statement.h"
 #include "packer/check/TagText.h"
 
@@ -58,5 +61,13 @@ struct Package {
 [[nodiscard]] bool isLaunchedById(const Package& package, const PackageFile& file);
 /// The argument of the statement that is the id of a file, or nothing when it has none.
 [[nodiscard]] std::optional<std::string> idArgument(const Statement& statement);
+
+/// What a manifest puts together, behind its launcher. Files that cannot be read are left out: they
+/// were reported when the manifest was read. Throws LauncherException for such a launcher.
+[[nodiscard]] Package packageOf(const Manifest& manifest);
+
+/// What an installer carries. Files whose bytes are not there are left out: its structure is not
+/// looked at here. A text that runs into the next file is reported.
+[[nodiscard]] Package packageOf(const Installer& installer, Findings& findings);
 
 }  // namespace vessant

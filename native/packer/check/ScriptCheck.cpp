@@ -4,7 +4,6 @@
 #include <map>
 #include <set>
 
-#include "packer/Nearest.h"
 #include "packer/Text.h"
 #include "packer/check/ScriptFlow.h"
 #include "packer/check/StatementCheck.h"

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <unordered_map>
 
-#include "packer/check/NumberCheck.h"
+#include "packer/check/Statement.h"
 
 namespace vessant {
 namespace {

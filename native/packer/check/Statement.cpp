@@ -1,5 +1,8 @@
 #include "packer/check/Statement.h"
 
+#include <charconv>
+#include <limits>
+
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
@@ -75,6 +78,16 @@ void readArguments(Statement& statement, StatementArguments& arguments, std::siz
 }
 
 }  // namespace
+
+std::optional<std::int64_t> wholeNumber(const std::string& text) {
+  std::int64_t number = 0;
+  const char* end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, number);
+  if (error == std::errc::invalid_argument || stopped != end) return std::nullopt;
+  if (error != std::errc::result_out_of_range) return number;
+  return text.starts_with('-') ? std::numeric_limits<std::int64_t>::min()
+                               : std::numeric_limits<std::int64_t>::max();
+}
 
 Statement readStatement(const std::string& text, int line) {
   Statement statement;

@@ -2,6 +2,7 @@
 // without running it.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,6 +11,10 @@
 #include "launcher/instructions/Variables.h"
 
 namespace vessant {
+
+/// The number, when `text` is one and nothing else; it may be longer than any type holds, and is
+/// then the largest or smallest that there is.
+[[nodiscard]] std::optional<std::int64_t> wholeNumber(const std::string& text);
 
 enum class Verb {
   Label,

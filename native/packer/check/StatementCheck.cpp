@@ -9,9 +9,8 @@
 #include "launcher/base/TextUtil.h"
 #include "launcher/instructions/InstructionActions.h"
 #include "launcher/instructions/Interpreter.h"
-#include "packer/Nearest.h"
 #include "packer/Text.h"
-#include "packer/check/NumberCheck.h"
+#include "packer/check/Statement.h"
 
 namespace vessant {
 namespace {

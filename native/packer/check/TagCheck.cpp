@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 
-#include "packer/Nearest.h"
 #include "packer/Text.h"
 
 namespace vessant {

@@ -4,6 +4,10 @@
 
 #include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
+#include "launcher/launch/JvmTags.h"
+#include "launcher/launch/LaunchScript.h"
+#include "launcher/launch/SideFiles.h"
+#include "launcher/tagfile/JvmTagNames.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -11,6 +15,49 @@ namespace {
 
 /// What stands for the characters by which the launcher makes its directories' names unique.
 constexpr const char* kPlannedDirectory = "vsjXXXXXX";
+
+constexpr const char* kConsole = "-console";
+
+using TextOption = SString RunArguments::*;
+
+/// Options with a value that matters here, and those whose value does not.
+const std::map<std::string, TextOption>& optionsWithValue() {
+  static const std::map<std::string, TextOption> options = {
+      {"-vs:javahome", &RunArguments::javaHome},
+      {"-vs:tempdir", &RunArguments::tempDirectory},
+      {"-cp:p", &RunArguments::classPathPrefix},
+      {"-cp:a", &RunArguments::classPathSuffix},
+      {"-vs:log", nullptr},
+      {"-vs:orig", nullptr},
+      {"-vs:in", nullptr},
+  };
+  return options;
+}
+
+bool isOtherAction(const std::string& word) {
+  return word == "-vs:in" || word == "-vs:extract" || word == "-vs:version";
+}
+
+void readFlag(const std::string& word, RunArguments& run) {
+  if (word == "-vs:silent" || word == "-vs:extract" || word == "-vs:version") return;
+  const bool isConsole = word == kConsole || word == "-accessibility";
+  if (isConsole || word == "-vs:javaconsole") run.javaConsole = true;
+  if (word == "-vs:javaconsole") return;
+  run.passThrough.add(isConsole ? SString(kConsole) : sstr(word));
+}
+
+/// A copy of a file beside the installer would be made for %APPLICATION_ARCHIVE%("file"); here it
+/// has its place already, so that none is.
+void planApplicationArchive(DryRun& run, const TagFile& script) {
+  constexpr std::string_view kCall = "%APPLICATION_ARCHIVE%(\"";
+  const std::string command = str(script.getValue("COMMAND"));
+  const std::size_t call = command.find(kCall);
+  if (call == std::string::npos) return;
+  const std::size_t start = call + kCall.size();
+  const std::string file = command.substr(start, command.find('"', start) - start);
+  const SString directory = joinPath(run.tempFiles.tempRootSetting(), kPlannedDirectory);
+  run.launch.applicationArchive = joinPath(directory, fileNameOf(sstr(file)));
+}
 
 }  // namespace
 
@@ -108,39 +155,6 @@ std::unique_ptr<TagFile> readTags(DryRun& run, const FileIndexEntry& entry) {
   tags->load(stream.get(), entry.fileName, entry.offset, entry.length, run.log);
   return tags;
 }
-namespace {
-
-constexpr const char* kConsole = "-console";
-
-using TextOption = SString RunArguments::*;
-
-/// Options with a value that matters here, and those whose value does not.
-const std::map<std::string, TextOption>& optionsWithValue() {
-  static const std::map<std::string, TextOption> options = {
-      {"-vs:javahome", &RunArguments::javaHome},
-      {"-vs:tempdir", &RunArguments::tempDirectory},
-      {"-cp:p", &RunArguments::classPathPrefix},
-      {"-cp:a", &RunArguments::classPathSuffix},
-      {"-vs:log", nullptr},
-      {"-vs:orig", nullptr},
-      {"-vs:in", nullptr},
-  };
-  return options;
-}
-
-bool isOtherAction(const std::string& word) {
-  return word == "-vs:in" || word == "-vs:extract" || word == "-vs:version";
-}
-
-void readFlag(const std::string& word, RunArguments& run) {
-  if (word == "-vs:silent" || word == "-vs:extract" || word == "-vs:version") return;
-  const bool isConsole = word == kConsole || word == "-accessibility";
-  if (isConsole || word == "-vs:javaconsole") run.javaConsole = true;
-  if (word == "-vs:javaconsole") return;
-  run.passThrough.add(isConsole ? SString(kConsole) : sstr(word));
-}
-
-}  // namespace
 
 void readRunArguments(const std::vector<std::string>& words, RunArguments& run) {
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -154,6 +168,42 @@ void readRunArguments(const std::vector<std::string>& words, RunArguments& run) 
     ++i;
     if (option->second != nullptr) run.*(option->second) = sstr(words[i]);
   }
+}
+
+LaunchPlan planLaunch(DryRun& run, const FileIndexEntry& launchScript,
+                      const FileIndexEntry& jvmFile, const std::string& home) {
+  const std::unique_ptr<TagFile> scriptTags = readTags(run, launchScript);
+  const std::unique_ptr<TagFile> jvmTags = readTags(run, jvmFile);
+  if (!home.empty()) jvmTags->setValue(jvmtag::kHome, absolutePath(sstr(home)));
+  planApplicationArchive(run, *scriptTags);
+  LaunchScript script(*scriptTags, true, run.launch);
+  JvmTags jvm(*jvmTags);
+  static_cast<void>(run.platform.take());
+  const bool runs = std::exchange(run.platform.runs, false);
+  LaunchPlan plan;
+  try {
+    script.execute(jvm, &run.arguments.passThrough, run.arguments.javaConsole);
+    const NotedCommand command = run.platform.take().front();
+    plan = {command.command, command.directory, command.collectsOutput, command.variables, ""};
+  } catch (const LauncherException& error) {
+    plan.failure = str(error.message());
+  }
+  run.platform.runs = runs;
+  return plan;
+}
+
+std::vector<SideFile> sideFilesOf(const DryRun& run) {
+  std::vector<SideFile> files;
+  const auto add = [&](std::string_view suffix, const char* purpose) {
+    const SString path = sideFilePath(run.path, suffix);
+    files.push_back({str(path), purpose, fileExists(path)});
+  };
+  add(sidefile::kClassPathFirst, "class path, in front");
+  add(sidefile::kClassPath, "class path, in the middle");
+  add(sidefile::kClassPathLast, "class path, at the end");
+  add(sidefile::kSystemProperties, "system properties");
+  add(sidefile::kJavaArguments, "Java arguments");
+  return files;
 }
 
 }  // namespace vessant

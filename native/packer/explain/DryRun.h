@@ -130,4 +130,28 @@ struct DryRun {
 /// A fresh copy of an embedded text's tags: what the launcher notes in them is not kept.
 [[nodiscard]] std::unique_ptr<TagFile> readTags(DryRun& run, const FileIndexEntry& entry);
 
+struct LaunchPlan {
+  std::string command;
+  /// Empty when it is the user's own.
+  std::string directory;
+  /// Whether what the program writes goes into the log and not to the user.
+  bool collectsOutput = false;
+  std::vector<std::pair<std::string, std::string>> variables;
+  /// Why there is no command; empty when there is one.
+  std::string failure;
+};
+
+/// What launching with this JVM file does, with `home` as its Java home unless that is empty.
+[[nodiscard]] LaunchPlan planLaunch(DryRun& run, const FileIndexEntry& launchScript,
+                                    const FileIndexEntry& jvmFile, const std::string& home);
+
+struct SideFile {
+  std::string path;
+  const char* purpose;
+  bool isThere;
+};
+
+/// The files beside the installer that a launch reads.
+[[nodiscard]] std::vector<SideFile> sideFilesOf(const DryRun& run);
+
 }  // namespace vessant

@@ -9,7 +9,7 @@
 #include "launcher/jvm/JVMFile.h"
 #include "launcher/jvm/JVMVerification.h"
 #include "launcher/tagfile/JvmTagNames.h"
-#include "packer/NoLog.h"
+#include "packer/Session.h"
 #include "packer/Text.h"
 
 namespace vessant {

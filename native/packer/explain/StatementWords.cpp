@@ -1,7 +1,7 @@
 #include "packer/explain/StatementWords.h"
 
-#include "packer/check/NumberCheck.h"
 #include "packer/check/ScriptFlow.h"
+#include "packer/check/Statement.h"
 
 namespace vessant {
 namespace {

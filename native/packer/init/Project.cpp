@@ -169,6 +169,19 @@ std::string launchText(const Project& project) {
 
 }  // namespace
 
+std::string safeFileName(const std::string& name) {
+  constexpr std::string_view kSafe =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
+  std::string safe;
+  for (const char character : name) {
+    const bool isSafe = kSafe.find(character) != std::string_view::npos;
+    if (isSafe || !safe.ends_with('-')) safe += isSafe ? character : '-';
+  }
+  const std::size_t first = safe.find_first_not_of("-.");
+  if (first == std::string::npos) return "";
+  return safe.substr(first, safe.find_last_not_of("-.") + 1 - first);
+}
+
 std::string installerNameOf(const Project& project) {
   return project.name + "-installer";
 }

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "packer/init/ApplicationJar.h"
-#include "packer/jvm/JavaRange.h"
+#include "packer/check/JarFile.h"
+#include "packer/jvm/JvmFileText.h"
 
 namespace vessant {
 
@@ -19,6 +19,10 @@ enum class JavaSource {
   /// The user's machine, and where there is none the installer.
   FoundOrBundled,
 };
+
+/// A file name of letters, digits, ".", "_" and "-" alone, made of any file name: nothing of it
+/// means something to a shell or to the launcher's macros.
+[[nodiscard]] std::string safeFileName(const std::string& name);
 
 struct Project {
   /// What its files are called: safe in a shell, without extension.

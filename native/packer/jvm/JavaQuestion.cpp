@@ -5,8 +5,8 @@
 
 #include <unistd.h>
 
-#include "packer/InstalledFiles.h"
 #include "packer/Program.h"
+#include "packer/Session.h"
 #include "packer/Text.h"
 
 namespace vessant {

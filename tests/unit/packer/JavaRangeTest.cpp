@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/jvm/JavaRange.h"
+#include "packer/jvm/JvmFileText.h"
 #include "support/Thrown.h"
 
 namespace vessant::test {

@@ -7,7 +7,6 @@
 
 #include "launcher/tagfile/TagFile.h"
 #include "packer/WrittenText.h"
-#include "packer/jvm/JavaRange.h"
 #include "packer/jvm/JvmFileText.h"
 #include "support/BuildPaths.h"
 #include "support/FakeRun.h"

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/Nearest.h"
+#include "packer/Text.h"
 
 namespace vessant::test {
 namespace {

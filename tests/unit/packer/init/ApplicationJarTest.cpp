@@ -3,7 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/init/ApplicationJar.h"
+#include "packer/check/JarFile.h"
+#include "packer/init/Project.h"
 #include "support/TempTree.h"
 #include "support/Thrown.h"
 #include "unit/packer/check/JarBuilder.h"

@@ -1,4 +1,4 @@
-// vspack explain: what an installer would do here, without running it.
+// `vspack explain`: what an installer would do here, without running it.
 #pragma once
 
 #include <CLI/App.hpp>

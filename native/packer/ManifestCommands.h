@@ -1,4 +1,4 @@
-// `vspack pack`: writes an installer.
+// `vspack check` and `vspack pack`: what a manifest describes, looked at and written.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -6,6 +6,8 @@
 #include "packer/Session.h"
 
 namespace vessant {
+
+void addCheckCommand(CLI::App& app, Session& session);
 
 void addPackCommand(CLI::App& app, Session& session);
 
