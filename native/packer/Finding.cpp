@@ -28,6 +28,7 @@ constexpr const char* kNames[] = {  // one a line, so that two people can add on
     "bad-archive",
     "bad-boolean",
     "bad-comment",
+    "bad-escape",
     "bad-executable",
     "bad-hint",
     "bad-id",

@@ -12,7 +12,7 @@
 #include "packer/bundle/RuntimeInstaller.h"
 #include "packer/init/Project.h"
 #include "packer/init/ProjectDirectory.h"
-#include "packer/jvm/JavaQuestion.h"
+#include "packer/jvm/JavaHome.h"
 #include "packer/jvm/JvmFileText.h"
 
 namespace vessant {

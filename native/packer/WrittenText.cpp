@@ -1,6 +1,7 @@
 #include "packer/WrittenText.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
@@ -21,10 +22,15 @@ bool needsQuotes(std::string_view value) {
 
 constexpr std::uint32_t kAsciiEnd = 0x80;
 constexpr std::uint32_t kEscapeEnd = 0x10000;
+constexpr std::size_t kEscapeLength = 6;  // \uXXXX
 constexpr std::uint32_t kFirstPrintable = 0x20;
 constexpr std::uint32_t kDelete = 0x7F;
 constexpr std::uint32_t kSurrogates = 0xD800;
 constexpr std::uint32_t kSurrogatesEnd = 0xE000;
+
+bool isSurrogate(std::uint32_t character) {
+  return character >= kSurrogates && character < kSurrogatesEnd;
+}
 
 /// How a character of UTF-8 begins: how many bytes follow, and the smallest one that needs them.
 struct Sequence {
@@ -52,12 +58,20 @@ std::uint32_t nextCharacter(const std::string& title, std::size_t& position) {
       if ((byte & 0xC0U) != 0x80U) refuse(title, "is no UTF-8 text");
       character = character << 6U | (byte & 0x3FU);
     }
-    const bool isSurrogate = character >= kSurrogates && character < kSurrogatesEnd;
-    if (character < sequence.smallest || isSurrogate) refuse(title, "is no UTF-8 text");
+    if (character < sequence.smallest || isSurrogate(character)) refuse(title, "is no UTF-8 text");
     position += static_cast<std::size_t>(sequence.following) + 1;
     return character;
   }
   refuse(title, "is no UTF-8 text");
+}
+
+/// The launcher shows one code of 16 bits a character, so that a pair of surrogates is two of them.
+void checkShowable(const std::string& title, std::uint32_t character) {
+  if (character < kFirstPrintable || character == kDelete) {
+    refuse(title, "must be one line without control characters");
+  }
+  if (character < kEscapeEnd && !isSurrogate(character)) return;
+  refuse(title, "has a character that no launcher can show");
 }
 
 std::string escape(std::uint32_t character) {
@@ -92,15 +106,27 @@ std::string tagBlock(std::string_view name, const std::vector<std::string>& valu
 std::string escapedTitle(const std::string& title) {
   std::string text;
   for (std::size_t i = 0; i < title.size();) {
-    const std::uint32_t character = nextCharacter(title, i);
-    if (character < kFirstPrintable || character == kDelete) {
-      refuse(title, "must be one line without control characters");
-    }
-    if (character >= kEscapeEnd) refuse(title, "has a character that no launcher can show");
-    const bool isPlain = character < kAsciiEnd && character != '\\';
-    text += isPlain ? std::string(1, static_cast<char>(character)) : escape(character);
+    const std::size_t start = i;
+    const std::optional<std::uint32_t> escaped = writtenEscapeAt(title, i);
+    const std::uint32_t character = escaped ? *escaped : nextCharacter(title, i);
+    if (escaped) i += kEscapeLength;
+    checkShowable(title, character);
+    const bool isPlain = escaped || (character < kAsciiEnd && character != '\\');
+    text += isPlain ? title.substr(start, i - start) : escape(character);
   }
   return text;
+}
+
+std::optional<std::uint32_t> writtenEscapeAt(std::string_view text, std::size_t position) {
+  constexpr int kHexadecimal = 16;
+  const std::string_view escape = text.substr(position, kEscapeLength);
+  if (escape.size() < kEscapeLength || escape[0] != '\\') return std::nullopt;
+  if (escape[1] != 'u' && escape[1] != 'U') return std::nullopt;
+  std::uint32_t character = 0;
+  const char* end = escape.data() + escape.size();
+  const auto [stopped, error] = std::from_chars(escape.data() + 2, end, character, kHexadecimal);
+  if (error != std::errc() || stopped != end) return std::nullopt;
+  return character;
 }
 
 std::string filled(std::string_view text, const Fillings& fillings) {

@@ -2,6 +2,8 @@
 // places to fill in.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,9 +24,17 @@ namespace vessant {
 [[nodiscard]] std::string tagValue(std::string_view value);
 
 /// The title in ASCII: what is not becomes \uXXXX, which the launcher turns into the encoding of
-/// its user, and so does a backslash that would begin such an escape. Throws LauncherException for
-/// what is no line of UTF-8 text and for characters that have no such escape, such as emoji.
+/// its user. An escape that the author wrote, such as \u00e4, is taken for the character that it
+/// means, as in every title that a tag file holds; any other backslash stands for itself. Throws
+/// LauncherException for what is no line of UTF-8 text and for characters that have no such escape,
+/// such as emoji.
 [[nodiscard]] std::string escapedTitle(const std::string& title);
+
+/// The character of an escape that stands at `position` as authors write it: a backslash, "u" or
+/// "U" and four hexadecimal digits. Nothing for other text, of which the launcher, which asks for
+/// one digit only, may make a character all the same.
+[[nodiscard]] std::optional<std::uint32_t> writtenEscapeAt(std::string_view text,
+                                                           std::size_t position);
 
 using Fillings = std::vector<std::pair<std::string_view, std::string>>;
 

@@ -12,7 +12,6 @@
 namespace vessant {
 namespace {
 
-constexpr std::string_view kMagicLine = "1739021872";
 constexpr std::string_view kPrefixMark = "...";
 // How far a candidate moves the progress display: one that runs takes its time.
 constexpr std::int32_t kStepsOfMissingFile = 2;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
@@ -14,6 +15,10 @@
 #include "launcher/launch/JvmTags.h"
 
 namespace vessant {
+
+/// The line behind which a verification class prints the values. Every one that an installer brings
+/// has it, so it never changes; Verify.java has it, too.
+inline constexpr std::string_view kMagicLine = "1739021872";
 
 /// False, with a warning, for a JVM file that names no property and so can verify nothing.
 [[nodiscard]] bool namesProperties(const JvmTags& jvm, const JVMSearch& search);

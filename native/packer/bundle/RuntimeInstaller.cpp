@@ -13,12 +13,11 @@
 
 #include "packer/ByteSource.h"
 #include "packer/OutputFile.h"
-#include "packer/Program.h"
 #include "packer/Text.h"
 #include "packer/bundle/InstallerHead.h"
 #include "packer/bundle/RuntimeTree.h"
 #include "packer/bundle/TarWriter.h"
-#include "packer/jvm/JavaQuestion.h"
+#include "packer/jvm/JavaHome.h"
 
 namespace vessant {
 namespace {

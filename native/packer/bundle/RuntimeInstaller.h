@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "packer/jvm/JavaQuestion.h"
+#include "packer/jvm/JavaHome.h"
 
 namespace vessant {
 

@@ -85,7 +85,8 @@ void PropertyCheck::checkValue() {
   if (name_.starts_with(kComputed)) checkComputed();
 }
 
-/// The specification version is a bare number, and until 8 it was called 1.8.
+/// The value of java.specification.version is a bare number; that of Java 8 and older ones is 1.8
+/// and the like.
 void PropertyCheck::checkVersion() {
   constexpr std::int64_t kFirstBareVersion = 9;
   const std::optional<std::int64_t> number = wholeNumber(value_);
@@ -96,11 +97,11 @@ void PropertyCheck::checkVersion() {
   }
   if (name_ != "java.specification.version" || value_.ends_with(kPrefixMark)) return;
   if (number && *number < kFirstBareVersion) {
-    return error("Java " + value_ + " calls its specification 1." + value_);
+    return error("the java.specification.version of Java " + value_ + " is 1." + value_);
   }
   const bool isOld = value_.starts_with("1.") && wholeNumber(value_.substr(2));
   if (!number && !isOld) {
-    error("no Java has the specification version " + quotedName(value_) +
+    error("no Java has the java.specification.version " + quotedName(value_) +
           ": it is a number, such as 17; for a range write vessant.java.min.17=true");
   }
 }

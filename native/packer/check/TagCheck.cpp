@@ -1,9 +1,12 @@
 #include "packer/check/TagCheck.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 
+#include "launcher/base/UnicodeEscapes.h"
 #include "packer/Text.h"
+#include "packer/WrittenText.h"
 
 namespace vessant {
 namespace {
@@ -20,6 +23,7 @@ class TagCheck {
   void checkKnown(const TextTag& tag, const TagRule& rule);
   void checkBoolean(const TextTag& tag);
   void checkTitle(const TextTag& tag);
+  void checkEscapes(const TextValue& value);
   void checkOneValue(const TextTag& tag);
 
   const TagText& text_;
@@ -73,8 +77,38 @@ void TagCheck::checkBoolean(const TextTag& tag) {
                   tag.name + " must be 0 or 1, not " + quotedName(value.text));
 }
 
+/// The launcher makes a character of an escape with a single digit, too, and of what stands behind.
+bool isReadAsEscape(std::string_view text) {
+  const std::vector<std::uint32_t> codes = decodeUnicodeEscapes(sstr(text));
+  return codes.size() > 1 && codes[1] == 0;
+}
+
+bool looksLikeEscape(std::string_view text) {
+  const bool isMarked = text.starts_with("\\u") || text.starts_with("\\U");
+  return isMarked && text.size() > 2 && std::isxdigit(static_cast<unsigned char>(text[2])) != 0;
+}
+
+/// An escape must be one for the author and for the launcher alike, and show something.
+void TagCheck::checkEscapes(const TextValue& value) {
+  constexpr std::size_t kEscapeLength = 6;
+  constexpr std::uint32_t kFirstPrintable = 0x20;
+  const std::string_view text = value.text;
+  for (std::size_t i = text.find('\\'); i != std::string_view::npos; i = text.find('\\', i + 1)) {
+    const std::string_view escape = text.substr(i, kEscapeLength);
+    const std::optional<std::uint32_t> character = writtenEscapeAt(text, i);
+    if (character && *character >= kFirstPrintable) continue;
+    if (!character && !isReadAsEscape(escape) && !looksLikeEscape(escape)) continue;
+    findings_.error(text_.file(), value.line, "bad-escape",
+                    quotedName(escape) +
+                        " is no character: write four hexadecimal digits, as in "
+                        "\\u00e9, and a backslash itself as \\u005c");
+  }
+}
+
 void TagCheck::checkTitle(const TextTag& tag) {
   const TextValue& value = tag.values.front();
+  checkEscapes(value);
+  checkEscapes(value);
   const auto isRaw = [](char c) { return static_cast<unsigned char>(c) > 0x7F; };
   if (std::none_of(value.text.begin(), value.text.end(), isRaw)) return;
   findings_.error(text_.file(), value.line, "raw-title",

@@ -15,9 +15,6 @@
 namespace vessant {
 namespace {
 
-/// The line behind which the values stand.
-constexpr const char* kMagicLine = "1739021872";
-
 /// The launcher's judgement.
 bool isExpected(const SString& output, const StringPairPtrDeque& expected) {
   NoLog log;

@@ -38,8 +38,19 @@ TEST(Title, OtherCharactersBecomeEscapes) {
   EXPECT_EQ(escapedTitle("\xEF\xBF\xBD"), "\\ufffd");
 }
 
-TEST(Title, ABackslashNeverBeginsAnEscape) {
+TEST(Title, AnEscapeThatTheAuthorWroteStays) {
+  EXPECT_EQ(escapedTitle("Gr\\u00fc\\U00DFe \\u0041"), "Gr\\u00fc\\U00DFe \\u0041");
+  EXPECT_THAT(refusal("a\\u0000b"), HasSubstr("must be one line without control characters"));
+  EXPECT_THAT(refusal("\\ud83d\\ude00"), HasSubstr("has a character that no launcher can show"));
+}
+
+TEST(Title, AnyOtherBackslashStandsForItself) {
   EXPECT_EQ(escapedTitle("C:\\users"), "C:\\u005cusers");
+  EXPECT_EQ(escapedTitle("\\u12"), "\\u005cu12");
+  EXPECT_EQ(escapedTitle("\\u12 4"), "\\u005cu12 4");
+  EXPECT_EQ(escapedTitle("\\u+123"), "\\u005cu+123");
+  EXPECT_EQ(escapedTitle("\\u0x12"), "\\u005cu0x12");
+  EXPECT_EQ(escapedTitle("\\\\"), "\\u005c\\u005c");
 }
 
 TEST(Title, WhatIsNoUtf8IsRefused) {

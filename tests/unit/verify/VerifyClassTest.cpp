@@ -37,7 +37,7 @@ TEST(VerifyClass, KeepsEachValueOnOneLine) {
   EXPECT_EQ(verify({"line.separator", "a"}, {"-Da=x\ny"}).out, "1739021872\n \nx y\n");
 }
 
-/// The feature version of the JVM under test, as its specification tells it.
+/// The feature version of the JVM under test, as its java.specification.version tells it.
 int feature() {
   const std::string out = verify({"java.specification.version"}).out;
   const std::string version = out.substr(out.find('\n') + 1);
