@@ -1,9 +1,11 @@
 #include "launcher/base/UnicodeEscapes.h"
 
 #include <climits>
+#include <clocale>
 #include <cstdlib>
 #include <cwchar>
 #include <optional>
+#include <string_view>
 
 namespace vessant {
 namespace {
@@ -25,6 +27,12 @@ std::optional<std::uint32_t> escapeAt(const SString& text, SString::Size positio
   return static_cast<std::uint32_t>(code);
 }
 
+/// A process begins in the plain locale. The user's is taken when a character needs it, and not at
+/// the start of each run, because opening its files costs a fifth of the shortest run.
+void useLocaleOfUser() {
+  if (std::string_view(std::setlocale(LC_CTYPE, nullptr)) == "C") std::setlocale(LC_CTYPE, "");
+}
+
 /// ASCII is the same in every locale; asking the C library only for the rest keeps it from loading
 /// a converter, which a static program on a foreign machine had better not do.
 void appendCharacter(SString& text, std::uint32_t code) {
@@ -33,6 +41,7 @@ void appendCharacter(SString& text, std::uint32_t code) {
     text += static_cast<char>(code);
     return;
   }
+  useLocaleOfUser();
   char bytes[MB_LEN_MAX];
   const int length = std::wctomb(bytes, static_cast<wchar_t>(code));
   if (length <= 0) {

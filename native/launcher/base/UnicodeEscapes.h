@@ -15,7 +15,8 @@ namespace vessant {
 [[nodiscard]] std::vector<std::uint32_t> decodeUnicodeEscapes(const SString& text);
 
 /// The codes up to the first 0 in the locale's multibyte encoding. What the locale cannot show
-/// becomes "?".
+/// becomes "?". A code beyond ASCII makes a process that is still in the "C" locale take the
+/// character set that the environment names (LC_ALL, LC_CTYPE, LANG).
 [[nodiscard]] SString wideToText(const std::vector<std::uint32_t>& codes);
 
 }  // namespace vessant

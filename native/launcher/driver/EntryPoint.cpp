@@ -13,8 +13,9 @@ namespace {
 /// The exit status by which a wizard says that its user left it.
 constexpr std::int32_t kWizardLeft = 232;
 
-bool isFailure(std::int32_t result, std::int32_t modeByte) {
-  if (result == kWizardLeft && isWizardMode(modeByte)) return false;
+/// The mode byte stands in the launcher's own file, which is not read for any other status.
+bool isFailure(std::int32_t result, LauncherMain& launcher) {
+  if (result == kWizardLeft && isWizardMode(launcher.modeByte())) return false;
   return result != 0;
 }
 
@@ -26,8 +27,7 @@ int runLauncher(int argumentCount, const char* const* arguments, LauncherState& 
   const SString launcherFileName = absolutePath(argumentCount > 0 ? arguments[0] : "");
   LauncherMain launcher(state);
   const std::int32_t result = launcher.run(list, launcherFileName);
-  const std::int32_t modeByte = launcher.modeByte();
-  if (isFailure(result, modeByte) && !state.launchFailureMessage.isEmpty()) {
+  if (isFailure(result, launcher) && !state.launchFailureMessage.isEmpty()) {
     launcher.console().showMessage(state.launchFailureMessage);
   }
   return result;

@@ -1,6 +1,5 @@
-// The process: locale, signals and the outermost handler around the launcher.
+// The process: descriptors, signals and the outermost handler around the launcher.
 
-#include <clocale>
 #include <cstdlib>
 
 #include "launcher/driver/EntryPoint.h"
@@ -20,7 +19,6 @@ void __verbose_terminate_handler() {  // NOLINT(bugprone-reserved-identifier)
 
 int main(int argumentCount, char** arguments) {
   vessant::prepareProcess();
-  std::setlocale(LC_CTYPE, "");
   vessant::LauncherState state;
   const vessant::CancelSignals signals(state.cancelFlag);
   try {

@@ -10,6 +10,7 @@
 
 #include "launcher/base/UnicodeEscapes.h"
 #include "support/FakeRun.h"
+#include "support/ProcessScope.h"
 
 namespace vessant::test {
 namespace {
@@ -17,11 +18,12 @@ namespace {
 using namespace std::string_view_literals;
 using Codes = std::vector<std::uint32_t>;
 
-/// Another character set for a while.
+/// Another character set for a while, both in use and in the environment.
 class LocaleScope {
  public:
   explicit LocaleScope(const char* name)
-      : before_(std::setlocale(LC_CTYPE, nullptr)),
+      : environment_("LC_ALL", name),
+        before_(std::setlocale(LC_CTYPE, nullptr)),
         isThere_(std::setlocale(LC_CTYPE, name) != nullptr) {}
   LocaleScope(const LocaleScope&) = delete;
   LocaleScope& operator=(const LocaleScope&) = delete;
@@ -30,6 +32,7 @@ class LocaleScope {
   [[nodiscard]] bool isThere() const { return isThere_; }
 
  private:
+  ScopedEnvironment environment_;
   std::string before_;
   bool isThere_;
 };
@@ -112,6 +115,15 @@ TEST(WideToText, InThePlainLocaleEverythingBeyondAsciiIsAQuestionMark) {
   EXPECT_EQ(shown("Setup 1.0 ~"), "Setup 1.0 ~");
   EXPECT_EQ(shown("\\u0041\\u00e9\\u20ACz"), "A??z");
   EXPECT_EQ(shown("caf\xe9"), "caf?");
+}
+
+TEST(WideToText, TheCharacterSetOfTheEnvironmentIsTakenWhenACharacterNeedsIt) {
+  if (!LocaleScope("C.UTF-8").isThere()) GTEST_SKIP() << "this machine has no C.UTF-8 locale";
+  const LocaleScope before("C");
+  const ScopedEnvironment environment("LC_ALL", "C.UTF-8");
+  EXPECT_EQ(shown("Setup"), "Setup");
+  EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C") << "ASCII needs none";
+  EXPECT_EQ(shown("caf\\u00e9"), "caf\xc3\xa9");
 }
 
 TEST(WideToText, InAUtf8LocaleEveryCharacterIsShown) {

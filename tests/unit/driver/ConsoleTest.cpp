@@ -8,6 +8,7 @@
 
 #include "launcher/driver/output/Console.h"
 #include "support/FakeRun.h"
+#include "support/ProcessScope.h"
 #include "support/StandardStreams.h"
 
 namespace vessant::test {
@@ -360,6 +361,7 @@ TEST(Console, DecodesTheEscapesOfATitle) {
 }
 
 TEST(Console, PutsAQuestionMarkForWhatTheLocaleCannotShow) {
+  const ScopedEnvironment environment("LC_ALL", "C");
   ConsoleFixture fixture;
   fixture.console.setUiTitle("\\u4E2D\\u6587 1");
   EXPECT_EQ(fixture.state.uiTitle, "?? 1");
