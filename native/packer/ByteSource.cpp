@@ -60,11 +60,16 @@ ByteSource ByteSource::part(std::uint64_t offset, std::uint64_t length,
 void ByteSource::forEachBlock(const Visitor& visitor) const {
   std::vector<char> block(std::min<std::uint64_t>(kBlockSize, length_));
   for (std::uint64_t position = 0; position < length_;) {
-    const std::size_t count = readAt(position, block.data(), block.size());
-    if (count == 0) fail(label_, "ends early");
+    const std::size_t count = read(position, block.data(), block.size());
     visitor({block.data(), count});
     position += count;
   }
+}
+
+std::size_t ByteSource::read(std::uint64_t position, char* buffer, std::size_t count) const {
+  const std::size_t read = readAt(position, buffer, count);
+  if (read == 0) fail(label_, "ends early");
+  return read;
 }
 
 std::string ByteSource::bytesAt(std::uint64_t position, std::size_t count) const {

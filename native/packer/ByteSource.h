@@ -32,6 +32,9 @@ class ByteSource {
   /// Hands the bytes out in order, in blocks of at most 256 KiB. Throws when they cannot be read
   /// or end early.
   void forEachBlock(const Visitor& visitor) const;
+  /// Puts up to `count` of the bytes from `position` on into `buffer`. Returns how many came, at
+  /// least one; throws when there is none, be it the end.
+  [[nodiscard]] std::size_t read(std::uint64_t position, char* buffer, std::size_t count) const;
   /// Up to `count` bytes from `position` on; fewer at the end.
   [[nodiscard]] std::string bytesAt(std::uint64_t position, std::size_t count) const;
   /// All bytes. Throws when there are more than `limit`.

@@ -78,6 +78,7 @@ void Installer::readIndex() {
 /// With the launcher's own reader, over a copy that ends in front of the mode byte.
 void Installer::readEntries(std::FILE* stream, std::uint32_t count) {
   const std::uint64_t start = indexEnd_;
+  entries_.reserve(count);
   for (std::uint32_t i = 1; i <= count; ++i) {
     FileIndexEntry entry;
     try {

@@ -2,22 +2,19 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <sys/types.h>
 
-#include "launcher/base/Handles.h"
+#include "packer/BlockWriter.h"
 #include "packer/ByteSource.h"
 
 namespace vessant {
 
 class OutputFile {
  public:
-  using Advance = std::function<void(std::uint64_t)>;
-
   /// The permissions of a new program and of a new data file, from which the process's mask takes.
   static constexpr mode_t kProgram = 0777;
   static constexpr mode_t kData = 0666;
@@ -31,32 +28,30 @@ class OutputFile {
   /// Removes a file that was not published.
   ~OutputFile();
 
-  void write(std::string_view bytes);
-  /// Copies a whole source, in the kernel where that works. `advance` is told of the bytes as they
-  /// are written.
-  void append(const ByteSource& source, const Advance& advance = {});
+  void write(std::string_view bytes) { writer_->write(bytes); }
+  /// Adds a whole source; `advance` is told of the bytes, a stretch at a time.
+  void append(const ByteSource& source, const BlockWriter::Advance& advance = {}) {
+    writer_->append(source, advance);
+  }
   /// Writes zeros up to a position that is not behind the present one.
-  void padTo(std::uint64_t position);
-  /// Bytes written so far.
-  [[nodiscard]] std::uint64_t position() const { return position_; }
+  void padTo(std::uint64_t position) { writer_->padTo(position); }
+  /// Bytes added so far.
+  [[nodiscard]] std::uint64_t position() const { return writer_->position(); }
 
   /// Gives the finished file its name, in place of what had it.
   void publish();
 
  private:
-  void open(const std::string& path);
-  void flush();
-  void writeFully(std::string_view bytes);
-  [[nodiscard]] std::uint64_t copyInKernel(const ByteSource& source, const Advance& advance);
+  [[nodiscard]] UniqueFd openStandardOutput() const;
+  [[nodiscard]] UniqueFd open();
+  [[nodiscard]] UniqueFd openPartial();
   [[noreturn]] void fail(int error) const;
 
-  std::string path_;
+  std::string name_;  // in errors
   std::string finalPath_;
   std::string partialPath_;  // empty for what is written straight
   mode_t mode_;
-  UniqueFd fd_;
-  std::vector<char> buffer_;
-  std::uint64_t position_ = 0;
+  std::optional<BlockWriter> writer_;
 };
 
 }  // namespace vessant

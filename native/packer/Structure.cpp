@@ -1,8 +1,9 @@
 #include "packer/Structure.h"
 
 #include <algorithm>
-#include <map>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "launcher/archive/LauncherFormat.h"
@@ -16,8 +17,13 @@ namespace {
 struct Claim {
   std::uint64_t start;
   std::uint64_t end;
-  std::string owner;
+  /// Null: the file index.
+  const FileIndexEntry* owner;
 };
+
+std::string nameOf(const FileIndexEntry* owner) {
+  return owner == nullptr ? "the file index" : quotedName(owner->fileName);
+}
 
 class StructureCheck {
  public:
@@ -71,9 +77,9 @@ std::vector<Claim> StructureCheck::claims() const {
   for (const FileIndexEntry& entry : installer_.entries()) {
     const std::uint64_t start = entry.offset;
     if (entry.length == 0) continue;
-    claims.push_back({start, start + entry.length, quotedName(entry.fileName)});
+    claims.push_back({start, start + entry.length, &entry});
   }
-  claims.push_back({installer_.indexOffset(), installer_.size(), "the file index"});
+  claims.push_back({installer_.indexOffset(), installer_.size(), nullptr});
   std::stable_sort(claims.begin(), claims.end(),
                    [](const Claim& a, const Claim& b) { return a.start < b.start; });
   return claims;
@@ -84,32 +90,36 @@ void StructureCheck::checkOverlaps() {
   const Claim* furthest = &all.front();
   for (std::size_t i = 1; i < all.size(); ++i) {
     if (all[i].start < furthest->end) {
-      error("file-overlap", all[i].owner + " begins at " + std::to_string(all[i].start) +
-                                ", inside of " + furthest->owner);
+      error("file-overlap", nameOf(all[i].owner) + " begins at " + std::to_string(all[i].start) +
+                                ", inside of " + nameOf(furthest->owner));
     }
     if (all[i].end > furthest->end) furthest = &all[i];
   }
 }
 
 void StructureCheck::checkNames() {
-  std::map<std::string, int> uses;
+  std::unordered_set<std::string_view> names;
+  std::unordered_set<std::string_view> repeated;
   for (const FileIndexEntry& entry : installer_.entries()) {
     const std::string flaw = nameFlaw(entry.fileName);
     if (!flaw.empty()) {
       error("hostile-name", quotedName(entry.fileName) + " cannot be extracted: the name " + flaw);
     }
-    if (++uses[str(entry.fileName)] == 2) {
-      error("repeated-name", "two files are called " + quotedName(entry.fileName));
+    const std::string_view name = entry.fileName;
+    if (!names.insert(name).second && repeated.insert(name).second) {
+      error("repeated-name", "two files are called " + quotedName(name));
     }
   }
 }
 
 /// The launcher takes the first.
 void StructureCheck::checkIds() {
-  std::map<std::uint32_t, int> uses;
+  std::unordered_set<std::uint32_t> ids;
+  std::unordered_set<std::uint32_t> repeated;
   for (const FileIndexEntry& entry : installer_.entries()) {
-    if (++uses[entry.fileId] != 2) continue;
-    error("repeated-id", "two files have the id " + std::to_string(entry.fileId));
+    if (!ids.insert(entry.fileId).second && repeated.insert(entry.fileId).second) {
+      error("repeated-id", "two files have the id " + std::to_string(entry.fileId));
+    }
   }
 }
 

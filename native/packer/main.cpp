@@ -10,6 +10,7 @@
 #include "packer/PendingFiles.h"
 
 int main(int argumentCount, char** arguments) {
+  std::ios::sync_with_stdio(false);  // or each line of a long list is a call of its own
   const vessant::PendingFiles pendingFiles;
   std::error_code unknown;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", unknown);

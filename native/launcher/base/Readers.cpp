@@ -66,12 +66,10 @@ void readQuoted(SString& result, std::string_view text, SString::Size& position,
 // Binary numbers.
 
 int readBytes(std::FILE* stream, unsigned char* buffer, int count) {
-  int stored = 0;
-  while (stored < count && std::feof(stream) == 0 && std::ferror(stream) == 0) {
-    // The end is known only once a read has met it; EOF, stored as a byte, is the 255.
-    buffer[stored] = static_cast<unsigned char>(std::getc(stream));
-    ++stored;
-  }
+  if (std::feof(stream) != 0 || std::ferror(stream) != 0) return 0;
+  int stored = static_cast<int>(std::fread(buffer, 1, static_cast<std::size_t>(count), stream));
+  // The end is known only once a read has met it; EOF, stored as a byte, is the 255.
+  if (stored < count) buffer[stored++] = static_cast<unsigned char>(EOF);
   return stored;
 }
 
