@@ -39,7 +39,7 @@ struct LaunchFixture {
   std::int32_t lastTrailerByte = kNoModeByte;
   LauncherFile launcherFile;
   TempFiles tempFiles{run.services, tempRoot};
-  FileExtractor extractor{originalLauncherFileName, run.services};
+  FileExtractor extractor{originalLauncherFileName, launcherFile, run.services};
   EmbeddedFiles embeddedFiles{launcherFile, extractor, tempFiles};
   ModeByteProbe modeByte{launcherFileName, lastTrailerByte};
   LaunchContext launch{run.services,    embeddedFiles,    tempFiles,

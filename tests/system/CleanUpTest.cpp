@@ -75,6 +75,25 @@ TEST_F(CleanUp, TellsALauncherFileThatIsGoneBeforeItsArchiveIsUsed) {
                                    " has changed: wanted 7 bytes of app.zip, found 0"));
 }
 
+// The candidate puts another installer in its place, as an update that comes at the wrong time
+// does.
+TEST_F(CleanUp, TellsALauncherFileThatWasReplacedBeforeItsArchiveIsUsed) {
+  addInstaller("echo used %APPLICATION_ARCHIVE%()");
+  file.add(kApplicationArchive, 30, "app.zip", "archive");
+  const std::string java = tree.path("java17/bin/java");
+  std::filesystem::rename(java, java + ".real");
+  std::filesystem::rename(java + ".steps", java + ".real.steps");
+  tree.program("java17/bin/java", "#!/bin/sh\ntr a b <" + launcher + " >" + launcher + ".new\nmv " +
+                                      launcher + ".new " + launcher +
+                                      "\nexec \"$0.real\" \"$@\"\n");
+  const ProcessResult result = runLogged();
+  EXPECT_EQ(result.status, 255);
+  EXPECT_THAT(result.out, HasSubstr("Unable to extract embedded files from the launcher."));
+  EXPECT_THAT(result.out, ::testing::Not(HasSubstr("used")));
+  EXPECT_THAT(logLines(), Contains("ERROR: The launcher file " + launcher +
+                                   " has changed: wanted 7 bytes of app.zip, found 0"));
+}
+
 // Files that "-vs:extract" writes into the user's directory.
 
 TEST_F(CleanUp, AnEntryIsExtractedInPlaceOfALinkOrAPipe) {

@@ -33,7 +33,7 @@ SString FileExtractor::extractFile(const FileIndexEntry& entry, const SString& d
   if (!staysInside(entry.fileName)) throwBadName(entry.fileName);
   SString path = joinPath(directory, entry.fileName);
   checkSpace(entry, directory, path);
-  const UniqueFd source(::open(launcherFile_.cString(), O_RDONLY | O_CLOEXEC));
+  const UniqueFd source(::open(path_.cString(), O_RDONLY | O_CLOEXEC));
   NewFile target(directory, entry.fileName, source);
   if (target.error() != 0) throwWriteError(path, target.error());
   try {
@@ -68,13 +68,15 @@ void FileExtractor::fill(NewFile& target, const SString& path, const UniqueFd& s
     throw LauncherException(services_.messages.errorText(ErrorId::Canceled));
   }
   if (end.copied < entry.length) throwCutShort(entry, end.copied);
+  // What another file has in this place are not the bytes that were wanted.
+  if (!launcherFile_.isUnchanged(source.get())) throwCutShort(entry, 0);
   if (isProgram(entry.type)) target.makeExecutable();
   const int error = target.close();
   if (error != 0) throwWriteError(path, error);
 }
 
 void FileExtractor::throwCutShort(const FileIndexEntry& entry, std::uint64_t found) const {
-  services_.log("The launcher file " + launcherFile_ + " has changed: wanted " +
+  services_.log("The launcher file " + path_ + " has changed: wanted " +
                     longToString(entry.length) + " bytes of " + entry.fileName + ", found " +
                     longToString(static_cast<std::int64_t>(found)),
                 LogLevel::Error);

@@ -19,9 +19,9 @@ enum class PartialFile { Stays, Removed };
 
 class FileExtractor {
  public:
-  /// `launcherFile` is the path of the file whose index is used. Both must outlive this.
-  FileExtractor(const SString& launcherFile, const RunServices& services)
-      : launcherFile_(launcherFile), services_(services) {}
+  /// `path` is that of the file whose index is used. All must outlive this.
+  FileExtractor(const SString& path, const LauncherFile& launcherFile, const RunServices& services)
+      : path_(path), launcherFile_(launcherFile), services_(services) {}
 
   /// Copies one file into `directory` under its own name and returns the path of the copy. What
   /// lies there under that name is removed first, a directory excepted. JVM installers and embedded
@@ -30,7 +30,7 @@ class FileExtractor {
   ///
   /// Throws LauncherException, and writes the reason to the log, when the entry has no name of a
   /// file, when the disk is too small, when writing fails, when the user cancelled, and when the
-  /// launcher file ends ahead of the entry's last byte.
+  /// launcher file ends ahead of the entry's last byte or has changed since its index was read.
   [[nodiscard]] SString extractFile(const FileIndexEntry& entry, const SString& directory,
                                     PartialFile onFailure = PartialFile::Stays) const;
 
@@ -44,7 +44,8 @@ class FileExtractor {
   void logWriteError(const SString& path, int error) const;
   [[nodiscard]] SString writeErrorText(const SString& detail) const;
 
-  const SString& launcherFile_;
+  const SString& path_;
+  const LauncherFile& launcherFile_;
   const RunServices& services_;
 };
 

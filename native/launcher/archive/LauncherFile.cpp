@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include <sys/stat.h>
+
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Handles.h"
 #include "launcher/base/Readers.h"
@@ -91,10 +93,21 @@ FileIndexEntry* LauncherFile::findByType(FileType type) const {
   return nullptr;
 }
 
+bool LauncherFile::isUnchanged(int fd) const {
+  return !indexRead_ || stampOf(fd) == stamp_;
+}
+
+LauncherFile::Stamp LauncherFile::stampOf(int fd) {
+  struct stat status = {};
+  if (::fstat(fd, &status) != 0) return {};
+  return {status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
 void LauncherFile::readIndex(std::FILE* stream) {
   FileIndexEntryPtrDeque entries;
   if (seekIndex(stream)) readEntries(stream, entries);
   index_.swap(entries);
+  stamp_ = stampOf(::fileno(stream));
   indexRead_ = true;
 }
 

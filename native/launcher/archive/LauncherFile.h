@@ -3,6 +3,9 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
+
+#include <sys/types.h>
 
 #include "launcher/archive/LauncherFormat.h"
 #include "launcher/base/RunServices.h"
@@ -51,8 +54,21 @@ class LauncherFile {
   /// The first entry with the id or of the type, or null.
   [[nodiscard]] FileIndexEntry* findById(std::uint32_t fileId) const;
   [[nodiscard]] FileIndexEntry* findByType(FileType type) const;
+  /// Whether an open file is the one whose index was read, with the content of that time. True when
+  /// no index has been read.
+  [[nodiscard]] bool isUnchanged(int fd) const;
 
  private:
+  /// What a change of the content changes. The inode is not among it: some file systems give a file
+  /// another one whenever it is opened.
+  struct Stamp {
+    off_t size = 0;
+    time_t seconds = 0;
+    long nanoseconds = 0;
+    bool operator==(const Stamp&) const = default;
+  };
+  [[nodiscard]] static Stamp stampOf(int fd);
+
   /// Reads the whole index into `index_`, or throws and changes nothing.
   void readIndex(std::FILE* stream);
   void logListing(LogSink& log) const;
@@ -60,6 +76,7 @@ class LauncherFile {
                     const MessageSource& messages);
 
   FileIndexEntryPtrDeque index_;
+  Stamp stamp_;
   bool indexRead_ = false;
   bool loaded_ = false;
   bool objectsBuilt_ = false;

@@ -10,7 +10,7 @@ LauncherServices::LauncherServices(LauncherState& state)
       console(state.console, messages, state.cancelFlag),
       run{log, console, messages, state.cancelFlag, platform},
       tempFiles(run, state.tempDirectory),
-      extractor(state.originalLauncherFileName, run),
+      extractor(state.originalLauncherFileName, state.launcherFile, run),
       embeddedFiles(state.launcherFile, extractor, tempFiles),
       modeByte(state.launcherFileName, state.lastTrailerByte),
       launch{run,

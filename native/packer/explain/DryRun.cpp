@@ -129,7 +129,7 @@ DryRun::DryRun(const std::string& installer, RunArguments& runArguments)
       messages(platform),
       services{log, progress, messages, cancelFlag, platform},
       tempFiles(services, arguments.tempDirectory),
-      extractor(path, services),
+      extractor(path, launcherFile, services),
       files(launcherFile, extractor, tempFiles),
       modeByte(path, lastTrailerByte),
       launch{services,

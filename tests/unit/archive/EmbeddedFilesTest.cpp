@@ -29,9 +29,48 @@ class EmbeddedCopies : public TempFixture {
   SString path{tree.path("setup.bin")};
   LauncherFileBuilder builder;
   LauncherFile launcher;
-  FileExtractor extractor{path, run.services};
+  FileExtractor extractor{path, launcher, run.services};
   EmbeddedFiles files{launcher, extractor, temp};
 };
+
+/// The bytes are all there, but they are those of another file, or of another time.
+struct ReplacedLauncherFile : EmbeddedCopies {
+  void expectRefused() {
+    EXPECT_EQ(thrownMessage([this] { extracted(0); }),
+              "Unable to extract embedded files from the launcher. ");
+    EXPECT_TRUE(run.log.contains(
+        "The launcher file " + str(path) + " has changed: wanted 3 bytes of a.jar, found 0",
+        LogLevel::Error));
+  }
+};
+
+TEST_F(ReplacedLauncherFile, OfTheSameLengthIsNoticed) {
+  builder.add(3, 1, "a.jar", "AAA");
+  load();
+  tree.file("other", std::string(fs::file_size(str(path)), 'x'));
+  fs::last_write_time(tree.path("other"), fs::last_write_time(str(path)) + std::chrono::seconds(1));
+  fs::rename(tree.path("other"), str(path));
+  expectRefused();
+}
+
+TEST_F(ReplacedLauncherFile, ThatIsLongerIsNoticed) {
+  builder.add(3, 1, "a.jar", "AAA");
+  load();
+  const auto written = fs::last_write_time(str(path));
+  fs::resize_file(str(path), fs::file_size(str(path)) + 1);
+  fs::last_write_time(str(path), written);
+  expectRefused();
+}
+
+TEST_F(ReplacedLauncherFile, MovedToAnotherInodeIsTheSame) {
+  builder.add(3, 1, "a.jar", "AAA");
+  load();
+  const auto written = fs::last_write_time(str(path));
+  fs::copy_file(str(path), tree.path("other"));
+  fs::last_write_time(tree.path("other"), written);
+  fs::rename(tree.path("other"), str(path));
+  EXPECT_EQ(readFile(extracted(0)), "AAA");
+}
 
 TEST_F(EmbeddedCopies, LieInTemporaryDirectoriesOfTheirOwn) {
   builder.add(3, 1, "a.jar", "AAA").add(3, 2, "a.jar", "BBB");

@@ -56,7 +56,8 @@ class ExtractionFixture : public ::testing::Test {
   CancellingProgress progress{run.cancelFlag};
   RunServices services{run.log, progress, run.messages, run.cancelFlag, run.platform};
   SString launcherFile{tree.path("setup.bin")};
-  FileExtractor extractor{launcherFile, services};
+  LauncherFile index;
+  FileExtractor extractor{launcherFile, index, services};
   std::string target = tree.dir("target");
   std::string copy = tree.path("target/file");
   FileIndexEntry entry = [] {

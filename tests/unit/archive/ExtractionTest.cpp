@@ -69,7 +69,8 @@ TEST_F(Extraction, HasAChunkInTheFileBeforeTheProgressMovesOn) {
   } watch(copy);
   const RunServices watched{run.log, watch, run.messages, run.cancelFlag, run.platform};
   embed(pattern(2 * kChunk + 10));
-  static_cast<void>(FileExtractor(launcherFile, watched).extractFile(entry, SString(target)));
+  static_cast<void>(
+      FileExtractor(launcherFile, index, watched).extractFile(entry, SString(target)));
   ASSERT_EQ(watch.sizes.size(), 3U);
   EXPECT_GE(watch.sizes[0], kChunk);
   EXPECT_GE(watch.sizes[1], 2 * kChunk);
