@@ -54,9 +54,11 @@ bool prepareTarget(const SString& source, const SString& target) {
   return true;
 }
 
-/// Every failure is logged where it first shows, and so once.
-int failed(LogSink& log) {
+/// Every failure is logged where it first shows, and so once, with the error that is set by then.
+int failed(const SString& source, const SString& target, LogSink& log) {
+  const SString reason = systemErrorText();
   log.log("Error while copying file", LogLevel::Information);
+  log.log("Could not copy " + source + " to " + target + " :  " + reason, LogLevel::Error);
   return kFailed;
 }
 
@@ -64,7 +66,7 @@ int copyEntry(const SString& source, const SString& target, LogSink& log) {
   const mode_t mode = modeOf(source);
   if (S_ISDIR(mode)) return copyDirectory(source, target, log);
   if (!S_ISREG(mode)) return 0;
-  return copyFile(source, target) == kFailed ? failed(log) : 0;
+  return copyFile(source, target) == kFailed ? failed(source, target, log) : 0;
 }
 
 }  // namespace
@@ -104,9 +106,9 @@ int copyFile(const SString& source, const SString& target) {
 }
 
 int copyDirectory(const SString& source, const SString& target, LogSink& log) {
-  if (!prepareTarget(source, target)) return failed(log);
+  if (!prepareTarget(source, target)) return failed(source, target, log);
   const DirStream stream = openDirectory(source);
-  if (stream == nullptr) return failed(log);
+  if (stream == nullptr) return failed(source, target, log);
   while (const dirent* entry = nextEntry(stream)) {
     const int result =
         copyEntry(joinPath(source, entry->d_name), joinPath(target, entry->d_name), log);
