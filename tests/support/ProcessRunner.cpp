@@ -1,12 +1,15 @@
 #include "support/ProcessRunner.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -44,8 +47,7 @@ std::vector<std::string> settingsOf(const std::map<std::string, std::string>& en
 }
 
 /// Reads until both streams have ended, or the time has passed.
-bool collect(int out, int err, unsigned timeLimitSeconds, ProcessResult& result) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(timeLimitSeconds);
+bool collect(int out, int err, std::chrono::steady_clock::time_point end, ProcessResult& result) {
   std::array<pollfd, 2> fds = {{{out, POLLIN, 0}, {err, POLLIN, 0}}};
   const std::array<std::string*, 2> texts = {&result.out, &result.err};
   while (fds[0].fd >= 0 || fds[1].fd >= 0) {
@@ -67,6 +69,17 @@ bool collect(int out, int err, unsigned timeLimitSeconds, ProcessResult& result)
   return true;
 }
 
+/// Waits until the process has ended or the time has passed: one may close its streams and go on.
+bool waitForEnd(pid_t process, std::chrono::steady_clock::time_point end) {
+  const auto left =
+      std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+  const int handle = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+  pollfd descriptor = {handle, POLLIN, 0};
+  const int ready = ::poll(&descriptor, 1, std::max(0, static_cast<int>(left.count())));
+  ::close(handle);
+  return ready > 0;
+}
+
 }  // namespace
 
 ProcessResult runProcess(const ProcessRequest& request) {
@@ -83,8 +96,15 @@ ProcessResult runProcess(const ProcessRequest& request) {
   ::close(out[1]);
   ::close(err[1]);
   ProcessResult result;
-  // The whole group: what the program has started may hold the streams.
-  if (!collect(out[0], err[0], request.timeLimitSeconds, result)) ::kill(-child, SIGKILL);
+  const auto end =
+      std::chrono::steady_clock::now() + std::chrono::seconds(request.timeLimitSeconds);
+  if (!collect(out[0], err[0], end, result) || !waitForEnd(child, end)) {
+    // No milder signal: programs may catch it. The whole group: what the program has started may
+    // hold the streams.
+    ::kill(-child, SIGKILL);
+    ADD_FAILURE() << request.command.front() << " was killed: it had not ended after "
+                  << request.timeLimitSeconds << " seconds";
+  }
   ::close(out[0]);
   ::close(err[0]);
   int status = 0;

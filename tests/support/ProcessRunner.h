@@ -23,7 +23,7 @@ struct ProcessRequest {
   /// Where the program starts; empty: where the test runs.
   std::string directory = {};
   std::string input = {};
-  /// A program that takes longer is taken for one that hangs, and killed.
+  /// A program that takes longer is taken for one that hangs: it is killed, and the test fails.
   unsigned timeLimitSeconds = 120;
 };
 

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
@@ -118,7 +119,11 @@ int RunningProcess::wait() {
   const int end = static_cast<int>(::syscall(SYS_pidfd_open, process_, 0));
   pollfd descriptor = {end, POLLIN, 0};
   const int limit = static_cast<int>(timeLimitSeconds_) * kMillisecondsPerSecond;
-  if (::poll(&descriptor, 1, limit) <= 0) ::kill(-process_, SIGKILL);
+  if (::poll(&descriptor, 1, limit) <= 0) {
+    ::kill(-process_, SIGKILL);
+    ADD_FAILURE() << "the program was killed: it had not ended after " << timeLimitSeconds_
+                  << " seconds; it had shown: " << output_;
+  }
   ::close(end);
   int status = 0;
   ::waitpid(process_, &status, 0);
