@@ -27,7 +27,9 @@ int runLauncher(int argumentCount, const char* const* arguments, LauncherState& 
   const SString launcherFileName = absolutePath(argumentCount > 0 ? arguments[0] : "");
   LauncherMain launcher(state);
   const std::int32_t result = launcher.run(list, launcherFileName);
-  if (isFailure(result, launcher) && !state.launchFailureMessage.isEmpty()) {
+  // A cancelled run has been told of; what the program said of its end would look like its reason.
+  const bool isToldOf = state.cancelFlag.isSet();
+  if (isFailure(result, launcher) && !isToldOf && !state.launchFailureMessage.isEmpty()) {
     launcher.console().showMessage(state.launchFailureMessage);
   }
   return result;

@@ -117,6 +117,7 @@ SString JvmInstallation::installNamedJvm(Display display, const SString& install
   command.runInBackground = display.progress;
   command.redirectChildOutput = true;
   services_.platform.executeCommand(command, services_.console);
+  services_.run.throwIfCanceled();
   SString jvmFile = joinPath(destination, kInstalledJvmFile);
   adoptInstalledJvm(jvmFile, absolutePath(destination), false);
   return jvmFile;
