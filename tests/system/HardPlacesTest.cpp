@@ -1,6 +1,8 @@
 // Places where a launcher may be started all the same: deep, vanished or full directories, and next
 // to another launcher.
 
+#include <optional>
+
 #include <unistd.h>
 
 #include "system/SystemTest.h"
@@ -72,6 +74,68 @@ TEST_F(HardPlaces, AreTempDirectoriesWithoutAnySpace) {
             "Demo\nError writing file = 28 There may not be enough temporary disk space. Try using "
             "-vs:tempdir to use a temporary directory on a partition with more disk space.\n"
             "status 255\n");
+}
+
+struct NoExecRoot : HardPlaces {
+  /// Runs the launcher with a log and a temporary root that is mounted noexec; none where nothing
+  /// can be mounted.
+  std::optional<ProcessResult> runInNoExecRoot() {
+    pack();
+    const std::string script =
+        "mount -t tmpfs -o noexec tmpfs \"$1\" || exit 99\n"
+        "\"$0\" -vs:tempdir \"$1\" -vs:log \"$2\"; status=$?; ls -A \"$1\"; exit $status\n";
+    ProcessResult result = runCommand(
+        {"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, launcher, tempRoot, logName()});
+    if (result.status == 99 || !std::filesystem::exists(logName())) return std::nullopt;
+    return result;
+  }
+  std::string advice = "No program can be started from the temporary directory " + tempRoot +
+                       ", because its file system is mounted noexec. Please run the program again "
+                       "using the option -vs:tempdir <temp dir> to specify a different directory.";
+};
+
+TEST_F(NoExecRoot, IsToldOfBeforeABundledJvmIsInstalled) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can mount a disk";
+  addScript({"INSTALL_JVM 0"});
+  file.add(kJvmInstaller, 9, "installer", "#!/bin/sh\necho >jvm\n");
+  const std::optional<ProcessResult> result = runInNoExecRoot();
+  if (!result) GTEST_SKIP() << "no disk can be mounted here";
+  EXPECT_EQ(result->err, advice + "\n");
+  EXPECT_THAT(logLines(), ::testing::Contains("WARNING: " + advice));
+  EXPECT_EQ(result->out, "");
+}
+
+TEST_F(NoExecRoot, IsToldOfBeforeASecondLauncherIsStarted) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can mount a disk";
+  addScript({"EXECUTE_LAUNCHER 7"});
+  file.add(kEmbeddedLauncher, 7, "inner", "#!/bin/sh\necho started\n");
+  const std::optional<ProcessResult> result = runInNoExecRoot();
+  if (!result) GTEST_SKIP() << "no disk can be mounted here";
+  EXPECT_EQ(result->err, advice + "\n");
+  EXPECT_THAT(logLines(), ::testing::Contains("WARNING: " + advice));
+  EXPECT_THAT(logLines(), ::testing::Contains("ERROR: Unable to execute the embedded launcher."));
+}
+
+TEST_F(NoExecRoot, IsNoMatterToARunThatStartsNothingThere) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can mount a disk";
+  addScript({"ILAUNCH 3 0"});
+  addLaunchScript("cat %APPLICATION_ARCHIVE%()");
+  addJvmFile("17");
+  file.add(kApplicationArchive, 30, "app.zip", "archive\n");
+  const std::optional<ProcessResult> result = runInNoExecRoot();
+  if (!result) GTEST_SKIP() << "no disk can be mounted here";
+  EXPECT_THAT(*result, Ended(0, "Demo\narchive\n"));
+}
+
+TEST_F(HardPlaces, AreCommandsLongerThanTheSystemTakes) {
+  addScript({"ILAUNCH 3 0"});
+  addLaunchScript("true " + std::string(200000, 'x'));
+  addJvmFile("17");
+  const ProcessResult result = runLogged();
+  EXPECT_EQ(result.status, 127);
+  EXPECT_EQ(result.err, "Error starting the shell: Argument list too long\n");
+  EXPECT_THAT(logLines(), ::testing::Contains(
+                              "ERROR: The shell could not be started:  Argument list too long"));
 }
 
 TEST_F(HardPlaces, AreTempDirectoriesThatAnotherLauncherUses) {

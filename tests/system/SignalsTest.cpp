@@ -105,6 +105,36 @@ TEST_P(EndingSignal, DuringAnInstallationEndsIt) {
   EXPECT_THAT(runWithId(), Ended(255, kCancelled));
 }
 
+TEST_P(EndingSignal, EndsAScriptThatGoesRoundInACircle) {
+  script = {"INITIALIZE_UI", ":again", "SET N1 = 1", "GOTO again"};
+  addInstallerWithJava(":", "echo not reached");
+  RunningProcess process(request(), RunningProcess::Console::Pipe);
+  ASSERT_TRUE(process.readUntil("Initializing Demo..."));
+  process.send(GetParam().number);
+  EXPECT_EQ(process.wait(), 255);
+  EXPECT_THAT(process.output(), EndsWith(kCancelled));
+}
+
+TEST_P(EndingSignal, ShowsNothingOfACapturedProgramBehindIt) {
+  addInstallerWithJava(
+      ":", program("trap \"echo interrupted >&2; exit 5\" " + number + "; " + sent + kWait), "");
+  EXPECT_THAT(runWithId(), Ended(255, std::string("Demo\n") + kCancelled));
+  EXPECT_THAT(log(), HasSubstr("ErrOut:\ninterrupted\n"));
+}
+
+TEST_P(EndingSignal, DuringAnInstallationThatAnInputFileNamesEndsIt) {
+  const std::string installer = tree.program("installer", "#!/bin/sh\n" + sent + kWait + "\n");
+  const std::string inputFile =
+      tree.file("input.tag", tag("ACTION", "INSTALL_JVM") + tag("INSTALL_JVM_EXE", installer) +
+                                 tag("INSTALL_JVM_DEST", tree.dir("destination")));
+  pack();
+  const ProcessResult result =
+      runCommand({"/bin/sh", "-c", "LAUNCHER=$$; export LAUNCHER; exec \"$0\" \"$@\"", launcher,
+                  "-vs:in", inputFile});
+  EXPECT_EQ(result.status, 255);
+  EXPECT_EQ(result.out, kCancelled);
+}
+
 TEST_P(EndingSignal, WorksAtOnceWhileAQuestionIsAsked) {
   addScript({"INSTALL_JVM 2", "INSTALL_JVM 2"});
   file.add(kJvmInstaller, 9, "installer", "#!/bin/sh\n");
@@ -141,8 +171,11 @@ TEST_P(EndingSignal, ThatWasIgnoredStaysSo) {
 INSTANTIATE_TEST_SUITE_P(Numbers, EndingSignal,
                          ::testing::Values(Signal{"INT", SIGINT}, Signal{"TERM", SIGTERM},
                                            Signal{"HUP", SIGHUP}, Signal{"USR1", SIGUSR1},
-                                           Signal{"ALRM", SIGALRM}, Signal{"XCPU", SIGXCPU},
-                                           Signal{"PWR", SIGPWR}),
+                                           Signal{"USR2", SIGUSR2}, Signal{"ALRM", SIGALRM},
+                                           Signal{"STKFLT", SIGSTKFLT}, Signal{"XCPU", SIGXCPU},
+                                           Signal{"VTALRM", SIGVTALRM}, Signal{"PROF", SIGPROF},
+                                           Signal{"IO", SIGIO}, Signal{"PWR", SIGPWR},
+                                           Signal{"RTMIN", SIGRTMIN}, Signal{"RTMAX", SIGRTMAX}),
                          [](const auto& parameter) { return parameter.param.name; });
 
 struct ToTheGroup : EndingSignal {};

@@ -1,5 +1,7 @@
 // A launcher whose standard streams are closed, full or broken does its job all the same.
 
+#include <gtest/gtest-spi.h>
+
 #include "system/SystemTest.h"
 
 namespace vessant::test {
@@ -51,6 +53,19 @@ TEST_P(Redirected, LetsAProgramWithTheConsoleRun) {
   file.add(kApplicationArchive, 30, "app.zip", "archive\n");
   EXPECT_EQ(runRedirected(GetParam()).status, 9);
   EXPECT_EQ(readFile(tree.path("copy")), "archive\n");
+}
+
+/// What every test here relies on to end: a program that hangs and heeds no signal.
+TEST(HungProgram, IsKilledAndFailsTheTest) {
+  for (const char* script :
+       {"trap '' INT TERM HUP ALRM; while :; do sleep 1; done",
+        "trap '' INT TERM HUP ALRM; exec >&- 2>&-; while :; do sleep 1; done"}) {
+    ProcessResult result;
+    EXPECT_NONFATAL_FAILURE(
+        result = runProcess({.command = {"/bin/sh", "-c", script}, .timeLimitSeconds = 1}),
+        "/bin/sh was killed: it had not ended after 1 seconds");
+    EXPECT_EQ(result.status, 137);
+  }
 }
 
 TEST_F(StandardStreams, AnswerNothingWhenTheInputIsClosed) {

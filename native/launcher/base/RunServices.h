@@ -128,6 +128,9 @@ struct ChildResult {
   /// 0 to 255; 0 for a shell ended by a signal and for a child that went beyond a limit.
   std::int32_t exitCode = 0;
   ChildEnd end = ChildEnd::Exited;
+  /// The error number when there was no shell to run the command, which the child's standard error
+  /// tells, too; else 0.
+  int startError = 0;
 };
 
 /// What the launcher asks of the operating system beyond files. The real one lies in linux/.

@@ -125,6 +125,10 @@ ChildResult LaunchScript::executeAs(JvmTags& jvm, const StringDeque* passThrough
   if (isWizardMode(context_.modeByte.ownModeByte())) applyWizardEnvironment(jvm);
   const ChildResult result = runCommand(child);
   services.platform.setEnvironmentVariable(kJavaHome, savedJavaHome);
+  if (result.startError != 0) {
+    services.log("The shell could not be started:  " + systemErrorText(result.startError),
+                 LogLevel::Error);
+  }
   if (child.captureOutput) logOutput(result.end);
   return result;
 }

@@ -1,13 +1,16 @@
 #include "launcher/linux/ChildProcess.h"
 
 #include <cerrno>
+#include <cstdint>
 
 #include <fcntl.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Handles.h"
 #include "launcher/linux/ChildWatch.h"
+#include "launcher/linux/OrphanAdoption.h"
 #include "launcher/linux/Shell.h"
 #include "launcher/linux/SignalRelay.h"
 
@@ -43,7 +46,7 @@ UniqueFd openEmptyInput() {
   return input;
 }
 
-pid_t start(const ChildCommand& command, const OutputPipes& pipes) {
+pid_t start(const ChildCommand& command, const OutputPipes& pipes, const UniqueFd& startError) {
   const UniqueFd input = command.emptyInput ? openEmptyInput() : UniqueFd();
   ShellSetup setup;
   setup.standardInput = input.get();
@@ -51,9 +54,17 @@ pid_t start(const ChildCommand& command, const OutputPipes& pipes) {
   setup.standardOutput = pipes.out.writeEnd.get();
   setup.standardError = pipes.err.writeEnd.get();
   setup.ownGroup = command.limits.isSet();
+  setup.startError = startError.get();
   const pid_t child = startShell(shellText(command.command), setup);
   if (child < 0) throw LauncherException("Error forking new process: " + systemErrorText());
   return child;
+}
+
+/// What the copied process has counted when it could not become the shell; 0 when it could, and
+/// where there is nothing to count with.
+int errorIn(const UniqueFd& counter) {
+  std::uint64_t count = 0;
+  return ::read(counter.get(), &count, sizeof(count)) > 0 ? static_cast<int>(count) : 0;
 }
 
 }  // namespace
@@ -67,6 +78,7 @@ bool Pipe::open() {
 }
 
 ChildResult runChildProcess(const ChildCommand& command, ProgressSink& progress) {
+  const OrphanAdoption adoption;
   // Before the pipes are there: what it starts would hold their ends.
   SignalRelay relay(command.limits.isSet());
   UniqueFd previousDirectory;
@@ -75,7 +87,8 @@ ChildResult runChildProcess(const ChildCommand& command, ProgressSink& progress)
   }
   OutputPipes pipes;
   if (command.captureOutput) openPipes(pipes);
-  const pid_t child = start(command, pipes);
+  const UniqueFd startError(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  const pid_t child = start(command, pipes, startError);
   if (previousDirectory.isOpen()) {
     // A directory that cannot be entered again leaves the launcher where the child runs.
     static_cast<void>(!::fchdir(previousDirectory.get()));
@@ -87,7 +100,10 @@ ChildResult runChildProcess(const ChildCommand& command, ProgressSink& progress)
     pipes.err.writeEnd.reset();
     watch.collectFrom(pipes.out.readEnd.get(), pipes.err.readEnd.get());
   }
-  return watch.run();
+  ChildResult result = watch.run();
+  result.startError = errorIn(startError);
+  if (result.end != ChildEnd::Exited) adoption.killAll();
+  return result;
 }
 
 }  // namespace vessant

@@ -91,7 +91,7 @@ ChildResult ChildWatch::run() {
     relay_.handle();
     reap();
     const bool hasRead = readBoth();
-    const ChildEnd limit = brokenLimit();
+    const ChildEnd limit = brokenLimit(hasRead);
     if (limit != ChildEnd::Exited) return endBeyond(limit);
     if (!hasRead && !isDone()) wait();
   }
@@ -161,8 +161,11 @@ int ChildWatch::waitMilliseconds() const {
   return left < 0 ? 0 : static_cast<int>(left);
 }
 
-ChildEnd ChildWatch::brokenLimit() const {
+/// A launcher that was stopped for a while comes too late to tell how long the child took: one that
+/// has ended by then is not reproached with the time.
+ChildEnd ChildWatch::brokenLimit(bool hasRead) const {
   if (limits_.outputBytes != 0 && bytes_ > limits_.outputBytes) return ChildEnd::OutputLimit;
+  if (hasEnded_ && (hasRead || isDone())) return ChildEnd::Exited;
   return nowMilliseconds() >= deadline_ ? ChildEnd::TimeLimit : ChildEnd::Exited;
 }
 

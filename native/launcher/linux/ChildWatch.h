@@ -41,7 +41,7 @@ class ChildWatch {
   bool readBoth();
   bool readStream(Stream& stream);
   void wait();
-  [[nodiscard]] ChildEnd brokenLimit() const;
+  [[nodiscard]] ChildEnd brokenLimit(bool hasRead) const;
   ChildResult endBeyond(ChildEnd limit);
   [[nodiscard]] int waitMilliseconds() const;
 

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kQuestions = 4;
 constexpr int kPauseMilliseconds = 10;
+constexpr int kPatienceMilliseconds = 1000;
 
 bool sendNumber(int line, int number) {
   ssize_t sent = -1;
@@ -31,6 +32,15 @@ bool receiveNumber(int line, int& number) {
     received = ::recv(line, &number, sizeof(number), 0);
   } while (received < 0 && errno == EINTR);
   return received == sizeof(number);
+}
+
+bool hasAnswer(int line) {
+  pollfd descriptor = {line, POLLIN, 0};
+  int ready = -1;
+  do {
+    ready = ::poll(&descriptor, 1, kPatienceMilliseconds);
+  } while (ready < 0 && errno == EINTR);
+  return ready > 0;
 }
 
 /// Takes the signal, if it waits, so that the next question is about a new one.
@@ -69,7 +79,9 @@ GroupWitness::GroupWitness() {
 GroupWitness::~GroupWitness() {
   if (process_ <= 0) return;
   line_.reset();
-  // Passed over: it may have been reaped among inherited children already.
+  // It may have been reaped among inherited children already: its number is then somebody else's.
+  if (::waitpid(process_, nullptr, WNOHANG) != 0) return;
+  static_cast<void>(::kill(process_, SIGKILL));  // one that is stopped does not see the line close
   while (::waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
   }
 }
@@ -85,7 +97,10 @@ bool GroupWitness::got(int signal) {
 
 bool GroupWitness::ask(int signal) {
   int answer = 0;
-  return sendNumber(line_.get(), signal) && receiveNumber(line_.get(), answer) && answer == 1;
+  if (!sendNumber(line_.get(), signal)) return false;
+  if (hasAnswer(line_.get())) return receiveNumber(line_.get(), answer) && answer == 1;
+  line_.reset();  // its answer would be taken for one to the next question
+  return false;
 }
 
 }  // namespace vessant

@@ -10,7 +10,8 @@ namespace vessant {
 /// A process of the launcher's group that does nothing but be there: a signal that it got, too, was
 /// meant for the group. The system gives the receiver of a signal no other means to know, and a
 /// program must not get twice what a terminal, or a supervisor, has sent it already. It ends with
-/// the object, and also when the launcher is killed.
+/// the object, and also when the launcher is killed. One that does not answer, because somebody has
+/// stopped it, is not asked again.
 class GroupWitness {
  public:
   /// A witness that cannot be started has seen nothing.

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstring>
 
 #include <fcntl.h>
@@ -29,8 +30,10 @@ void writeError(const char* text) {
   static_cast<void>(!::write(STDERR_FILENO, text, std::strlen(text)));
 }
 
-[[noreturn]] void endWithError(const char* what) {
+[[noreturn]] void endWithError(const char* what, const ShellSetup& setup) {
   const int error = errno;
+  const auto count = static_cast<std::uint64_t>(error);
+  if (setup.startError >= 0) static_cast<void>(!::write(setup.startError, &count, sizeof(count)));
   writeError(what);
   writeError(std::strerror(error));
   writeError("\n");
@@ -56,13 +59,13 @@ void dropHandlers() {
   if (setup.standardInput >= 0) ::dup2(setup.standardInput, STDIN_FILENO);
   if (setup.redirect && (::dup2(setup.standardOutput, STDOUT_FILENO) < 0 ||
                          ::dup2(setup.standardError, STDERR_FILENO) < 0)) {
-    endWithError("Error capturing stdout or stderr in new process: ");
+    endWithError("Error capturing stdout or stderr in new process: ", setup);
   }
   dropHandlers();
   ::sigprocmask(SIG_SETMASK, &mask, nullptr);
   ::execl("/bin/sh", "sh", "-c", text, nullptr);
   // A command that is too long for the system, for one.
-  endWithError("Error starting the shell: ");
+  endWithError("Error starting the shell: ", setup);
 }
 
 [[noreturn]] void onlyRead(const char* command, const sigset_t& mask) {

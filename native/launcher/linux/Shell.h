@@ -20,6 +20,8 @@ struct ShellSetup {
   int standardError = -1;
   /// Whether it gets a process group of its own.
   bool ownGroup = false;
+  /// An eventfd that counts the error number when there is no shell; -1 for none.
+  int startError = -1;
 };
 
 /// The text that the shell is given for a command.

@@ -1,7 +1,6 @@
 #include "launcher/linux/SignalRelay.h"
 
 #include <poll.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,27 +18,16 @@ bool diedOf(int signal, int status) {
   return WEXITSTATUS(status) == kShellSignalBase + signal;
 }
 
-/// A program whose shell has died becomes the launcher's own child, which can be waited for,
-/// instead of the system's.
-void adoptOrphans(bool adopt) {
-  // An old kernel that cannot do this leaves them to the system.
-  static_cast<void>(::prctl(PR_SET_CHILD_SUBREAPER, adopt ? 1 : 0, 0, 0, 0));
-}
-
 }  // namespace
 
 SignalRelay::SignalRelay(bool ownGroup) : signals_(CancelSignals::current()) {
   if (signals_ == nullptr) return;
   signals_->setNoting(true);
-  if (ownGroup) return;
-  witness_.emplace();
-  adoptOrphans(true);
+  if (!ownGroup) witness_.emplace();
 }
 
 SignalRelay::~SignalRelay() {
-  if (signals_ == nullptr) return;
-  if (witness_.has_value()) adoptOrphans(false);
-  signals_->setNoting(false);
+  if (signals_ != nullptr) signals_->setNoting(false);
 }
 
 bool SignalRelay::isPending() const {

@@ -1,11 +1,13 @@
 // What a child may use up, and what becomes of one that uses more.
 
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "unit/linux/ChildRunner.h"
@@ -68,6 +70,39 @@ TEST_F(ChildLimitsTest, EndAChildThatTakesTooLongWithAllThatItStarted) {
   EXPECT_EQ(out, "before\n");
   EXPECT_LT(std::chrono::steady_clock::now() - start, kLongTime);
   for (const char* file : {"one", "two", "shell"}) EXPECT_TRUE(ends(file)) << file;
+}
+
+TEST_F(ChildLimitsTest, EndWhatHasLeftItsGroupItsSessionAndItsParent) {
+  const ChildResult result =
+      run("(setsid sh -c 'echo $$ >one; exec sleep 100' >/dev/null 2>&1 &); "
+          "while :; do sleep 100; done",
+          {.seconds = 1});
+  EXPECT_EQ(result.end, ChildEnd::TimeLimit);
+  EXPECT_FALSE(runs("one"));
+}
+
+TEST_F(ChildLimitsTest, LeaveWhatTheLauncherInheritedAlone) {
+  const pid_t inherited = ::fork();
+  if (inherited == 0) {
+    ::pause();
+    ::_exit(0);
+  }
+  EXPECT_EQ(run("while :; do sleep 100; done", {.seconds = 1}).end, ChildEnd::TimeLimit);
+  EXPECT_EQ(::waitpid(inherited, nullptr, WNOHANG), 0) << "it was killed";
+  ::kill(inherited, SIGKILL);
+  ::waitpid(inherited, nullptr, 0);
+}
+
+/// The launcher, not the child, is stopped for longer than the child may take.
+TEST_F(ChildLimitsTest, AreNoReproachToAChildThatEndsWhileTheLauncherIsStopped) {
+  const ForkedResult result = runForked([this] {
+    const std::string launcher = std::to_string(::getpid());
+    const std::string waker = tree.program("waker", "#!/bin/sh\nsleep 1.5\nkill -CONT " + launcher);
+    return run("kill -STOP " + launcher + "; (" + waker + " >/dev/null 2>&1 &); echo done; exit 7",
+               {.seconds = 1})
+        .exitCode;
+  });
+  EXPECT_EQ(result.status, 7);
 }
 
 TEST_F(ChildLimitsTest, EndAChildThatCannotBeEndedOtherwise) {

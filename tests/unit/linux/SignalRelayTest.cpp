@@ -202,6 +202,15 @@ TEST(SignalRelay, NothingReachesProcessesThatAreNotTheLaunchers) {
   EXPECT_EQ(result.out, "");
 }
 
+TEST(SignalRelay, DoesNotWaitForAWitnessThatIsStopped) {
+  const std::string stopOthers =
+      "for p in $(cat /proc/$LAUNCHER/task/$LAUNCHER/children); do "
+      "[ $p = $PPID ] || kill -STOP $p; done; ";
+  EXPECT_EQ(
+      launch(program("trap \"exit 3\" TERM; " + stopOthers + "kill -TERM $LAUNCHER; " + kWait)),
+      std::string("3") + kCancelled);
+}
+
 TEST(SignalRelay, AllAreIgnoredThatWereIgnored) {
   const ForkedResult result = runForked([&] {
     ::setsid();

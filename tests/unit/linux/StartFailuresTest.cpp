@@ -136,6 +136,16 @@ TEST(StartFailures, ACommandThatIsTooLongTellsWhyAndEnds) {
   EXPECT_EQ(runner.err, "Error starting the shell: Argument list too long\n");
 }
 
+TEST(StartFailures, AShellThatCannotBeStartedIsToldOfWithItsError) {
+  ChildRunner runner;
+  const std::string command = "exit 0 #" + std::string(200000, 'x');
+  const ChildResult result =
+      runner.platform.executeCommand({.command = text(command)}, runner.progress);
+  EXPECT_EQ(result.exitCode, kChildSetupFailed);
+  EXPECT_EQ(result.startError, E2BIG);
+  EXPECT_EQ(runner.platform.executeCommand({.command = "exit 127"}, runner.progress).startError, 0);
+}
+
 TEST(StartFailures, AChildWithoutItsErrorStreamTellsWhyAndEnds) {
   const ForkedResult result = runForked([] {
     return statusOf({.redirect = true, .standardOutput = STDOUT_FILENO, .standardError = -1});
