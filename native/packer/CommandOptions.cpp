@@ -1,6 +1,7 @@
 #include "packer/CommandOptions.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "packer/Session.h"
 #include "packer/Text.h"
@@ -16,6 +17,25 @@ std::string checkName(const std::string& name) {
   const std::vector<std::string>& names = findingNames();
   if (std::find(names.begin(), names.end(), name) != names.end()) return "";
   return "there is no finding " + quotedName(name) + suggestion(name, names);
+}
+
+bool isSameFile(const SString& a, const SString& b) {
+  std::error_code unknown;
+  return std::filesystem::equivalent(a.cString(), b.cString(), unknown);
+}
+
+/// Packing would replace what it is made of.
+void checkOutput(const Manifest& manifest, Findings& findings) {
+  const TextTag* tag = manifest.text.find("OUTPUT");
+  const auto check = [&](const SString& input) {
+    if (manifest.output.isEmpty() || !isSameFile(manifest.output, input)) return;
+    findings.error(manifest.text.file(), tag == nullptr ? 1 : tag->line, "output-is-input",
+                   "packing would replace " + quotedName(str(input)) +
+                       ", which it reads: give the installer another name");
+  };
+  for (const PackedFile& file : manifest.files) check(file.path);
+  check(manifest.launcher);
+  check(sstr(manifest.text.file()));
 }
 
 }  // namespace
@@ -59,6 +79,7 @@ Manifest readManifestWith(const ManifestOptions& options, const std::string& pat
 void checkManifest(const Manifest& manifest, const LaunchCheckOptions& checks, Findings& findings) {
   checkTags(manifest.text, TextKind::Manifest, {}, findings);
   if (!manifest.text.isReadable()) return;
+  checkOutput(manifest, findings);
   Package package = packageOf(manifest);
   checkPackage(package, checks, findings);
 }

@@ -5,6 +5,7 @@
 #include "launcher/base/PathUtil.h"
 #include "packer/Text.h"
 #include "packer/check/CommandTrial.h"
+#include "packer/check/JavaCommand.h"
 #include "packer/check/JvmFileCheck.h"
 #include "packer/check/ShellCommand.h"
 #include "packer/check/TagCheck.h"
@@ -17,6 +18,17 @@ constexpr std::string_view kUsualJvmFile =
     "DESC: Java\nJVM_PROPERTIES: java.vm.version=...\nJVM_EXE: bin/java\n"
     "CLASSPATH: \"-classpath \"\nCLASSPATH_SEPARATOR: \":\"\nSYSTEM: \"-D\"\n"
     "SYSTEM_SEPARATOR: \"=\"\n";
+
+/// Java's, on Linux.
+constexpr const char* kSeparator = ":";
+
+/// What is reported as wrong in the JVM file would be reported in every word of the command again.
+bool hasUsualSwitches(const TagText& jvmFile) {
+  const std::string separator = jvmFile.textOf("CLASSPATH_SEPARATOR");
+  const std::string system = jvmFile.textOf("SYSTEM");
+  return (separator.empty() || separator == kSeparator) &&
+         (system.empty() || system.starts_with('-'));
+}
 
 class LaunchCheck {
  public:
@@ -31,7 +43,9 @@ class LaunchCheck {
   void keepCertain(const Findings& found);
   void checkShell(const ShellReading& reading);
   void checkBarePath(const std::string& what);
-  void checkStart(const ShellReading& reading, const TagText& jvmFile);
+  void checkStart(const ShellReading& reading, const TagText& jvmFile, bool usesClassPath);
+  void checkEntry(const JavaStart& start, const PackageFile& file);
+  void checkLeftOut(const JavaStart& start, const PackageFile& file);
   [[nodiscard]] const JarFile* jarOf(const std::string& entry);
   void checkClassPath();
   void checkArchiveTag();
@@ -99,7 +113,11 @@ void LaunchCheck::tryWith(const TagText& jvmFile) {
   if (command.isBroken) return;
   const ShellReading reading = readShellWords(command.text);
   checkShell(reading);
-  if (package_.isComplete) checkStart(reading, jvmFile);
+  if (isMessageFile(jvmFile) || !hasUsualSwitches(jvmFile)) return;
+  for (const CommandFlaw& flaw : flawsOf(reading, jvmFile.textOf("JVM_EXE"))) {
+    findings_.add({script_.label, line_, flaw.severity, flaw.text, flaw.name});
+  }
+  if (package_.isComplete) checkStart(reading, jvmFile, command.usesClassPath);
 }
 
 /// The tags and archives of a file that is not there are not known.
@@ -135,12 +153,45 @@ void LaunchCheck::checkBarePath(const std::string& what) {
                              "path has a blank: put quotes around it");
 }
 
-void LaunchCheck::checkStart(const ShellReading& reading, const TagText& jvmFile) {
+void LaunchCheck::checkStart(const ShellReading& reading, const TagText& jvmFile,
+                             bool usesClassPath) {
   const JavaStart start = readJavaStart(reading, jvmFile.textOf("JVM_EXE"));
   const std::string reason =
-      whyStartFails(start, jvmFile.textOf("CLASSPATH_SEPARATOR"),
-                    [this](const std::string& entry) { return jarOf(entry); });
-  if (!reason.empty()) error("missing-main-class", reason);
+      whyStartFails(start, kSeparator, [this](const std::string& entry) { return jarOf(entry); });
+  if (!reason.empty()) return error("missing-main-class", reason);
+  if (!start.isKnown) return;
+  for (const PackageFile& file : package_.files) {
+    const bool isJar =
+        file.type == FileType::ApplicationArchive || file.type == FileType::ClassPathArchive;
+    if (isJar) checkEntry(start, file);
+    // The class path may travel in a variable.
+    if (isJar && !usesClassPath) checkLeftOut(start, file);
+  }
+}
+
+std::string macroFor(const PackageFile& jar, const char* option) {
+  if (jar.type == FileType::ClassPathArchive) return "%CP%()";
+  return std::string(option) + "'%APPLICATION_ARCHIVE%()'";
+}
+
+/// A packed jar lies in a temporary directory at the user's, and nowhere else.
+void LaunchCheck::checkEntry(const JavaStart& start, const PackageFile& file) {
+  const std::string beside = kPathBegin + std::string("function LAUNCHER_DIR") + kPathEnd + "/";
+  const std::string entries = kSeparator + start.classPath + kSeparator;
+  for (const std::string& path : {file.name, "./" + file.name, beside + file.name}) {
+    if (entries.find(kSeparator + path + kSeparator) == std::string::npos) continue;
+    error("missing-archive", quotedName(file.name) +
+                                 " is packed and does not lie beside the installer: write " +
+                                 macroFor(file, ""));
+  }
+}
+
+void LaunchCheck::checkLeftOut(const JavaStart& start, const PackageFile& file) {
+  if (!start.classPath.empty() || start.mainClass.empty()) return;
+  if (!jars_.of(file).holdsClass(start.mainClass)) return;
+  error("missing-main-class", "no class path leads to " + quotedName(start.mainClass) + ", which " +
+                                  quotedName(file.name) + " has: put " + macroFor(file, "-cp ") +
+                                  " in front of the class");
 }
 
 const JarFile* LaunchCheck::jarOf(const std::string& entry) {

@@ -35,6 +35,7 @@ class ScriptFilesCheck {
 
  private:
   void checkId(const Statement& statement);
+  void checkFileName(const Statement& statement);
   void checkNeeded();
   void checkUnused();
   [[nodiscard]] std::string idsOf(FileType type) const;
@@ -49,7 +50,10 @@ class ScriptFilesCheck {
 };
 
 void ScriptFilesCheck::run() {
-  for (const Statement& statement : package_.statements) checkId(statement);
+  for (const Statement& statement : package_.statements) {
+    checkId(statement);
+    checkFileName(statement);
+  }
   if (package_.isComplete) checkNeeded();
   checkUnused();
 }
@@ -71,6 +75,19 @@ void ScriptFilesCheck::checkId(const Statement& statement) {
     findings_.error(script_.label, statement.line, "wrong-kind",
                     "the file with the id " + *argument + ", " + quotedName(file->name) +
                         ", is not of the kind \"" + kindName(wanted) + "\"" + idsOf(wanted));
+  }
+}
+
+/// LAUNCH reads a file of the disk, and what is packed is not there.
+void ScriptFilesCheck::checkFileName(const Statement& statement) {
+  if (statement.verb != Verb::Launch) return;
+  std::string name = statement.argument(0);
+  if (name.size() > 1 && name.starts_with('"')) name = name.substr(1, name.size() - 2);
+  for (const PackageFile* file : package_.all(FileType::JvmFile)) {
+    if (file->name != name) continue;
+    findings_.error(script_.label, statement.line, "not-a-file",
+                    quotedName(name) + " is packed and no file of the user's disk: write ILAUNCH " +
+                        std::to_string(file->id) + " 0");
   }
 }
 

@@ -44,6 +44,27 @@ class Setters {
   std::map<int, std::set<Verb>> verbs_;
 };
 
+/// The numbers of the string variables that a text puts in.
+std::vector<int> stringsIn(const std::string& text) {
+  std::vector<int> numbers;
+  for (const std::string& name : referencesIn(text).specifications) {
+    std::string reason;
+    const auto variable = parseVariable(name, reason);
+    if (variable && variable->type == 'S') numbers.push_back(variable->number);
+  }
+  return numbers;
+}
+
+/// The same for all arguments of a statement but the variable that it sets.
+std::vector<int> stringsUsedIn(const Statement& statement) {
+  std::vector<int> numbers;
+  for (std::size_t i = statement.verb == Verb::Set ? 1 : 0; i < statement.arguments.size(); ++i) {
+    const std::vector<int> more = stringsIn(statement.arguments[i]);
+    numbers.insert(numbers.end(), more.begin(), more.end());
+  }
+  return numbers;
+}
+
 class VariableCheck {
  public:
   VariableCheck(const std::string& file, const std::vector<Statement>& statements,
@@ -59,11 +80,8 @@ class VariableCheck {
 
  private:
   void checkText(const Statement& statement, std::size_t index) {
-    for (const std::string& name : referencesIn(statement.arguments[index]).specifications) {
-      std::string reason;
-      const auto variable = parseVariable(name, reason);
-      if (!variable || variable->type != 'S') continue;
-      checkUse(statement, variable->number, index);
+    for (const int number : stringsIn(statement.arguments[index])) {
+      checkUse(statement, number, index);
     }
   }
 
@@ -117,6 +135,8 @@ class ScriptCheck {
   [[nodiscard]] bool isJumpedTo(const std::string& label) const;
   void checkFlow();
   void checkReachable(const ScriptFlow& flow);
+  void checkOrder(const ScriptFlow& flow);
+  void checkSearches(const ScriptFlow& flow);
   void checkEnds(const ScriptFlow& flow);
   void error(std::size_t statement, const char* name, const std::string& text) {
     findings_.error(file_, statements_[statement].line, name, text);
@@ -191,7 +211,34 @@ void ScriptCheck::checkFlow() {
   if (statements_.empty()) return;
   const ScriptFlow flow = followScript(statements_);
   checkReachable(flow);
+  checkOrder(flow);
+  checkSearches(flow);
   checkEnds(flow);
+}
+
+/// A variable that something sets, but not on any way to where it is used. One that nothing sets is
+/// reported as such.
+void ScriptCheck::checkOrder(const ScriptFlow& flow) {
+  const Setters setters(statements_);
+  for (std::size_t i = 0; i < statements_.size(); ++i) {
+    if (!flow.reachable[i]) continue;
+    for (const int number : stringsUsedIn(statements_[i])) {
+      const bool isSet = (flow.setStrings[i] >> (number - 1) & 1U) != 0;
+      if (isSet || !setters.areSetting(number)) continue;
+      error(i, "unset-variable",
+            "S" + std::to_string(number) +
+                " is empty here: what sets it stands behind this statement");
+    }
+  }
+}
+
+void ScriptCheck::checkSearches(const ScriptFlow& flow) {
+  for (const std::size_t i : flow.uncheckedLaunches) {
+    findings_.warning(file_, statements_[i].line, "unchecked-search",
+                      "where no Java was found there is nothing to launch with, and the run ends "
+                      "with 255: put \"JMP0 @N1@ label\" in front, and behind the label what the "
+                      "user reads then");
+  }
 }
 
 /// One finding for each stretch of statements that no run comes to.

@@ -13,19 +13,30 @@ namespace {
 /// Scripts with more ways than this are not followed to the end; nothing is said of them.
 constexpr std::size_t kMostStates = 100000;
 
+/// All ten string variables.
+constexpr std::uint16_t kAllStrings = 0x3FF;
+/// The index of N1, in which searches answer.
+constexpr std::size_t kAnswer = 0;
+
 enum class Known : char { Zero, NotZero, Nothing };
 
 /// A place in the script and what is known there.
 struct State {
   std::size_t place = 0;
   std::array<Known, InstructionActions::kNumericVariables> numbers{};  // all 0 at the start
+  /// The string variables that were set on the way: bit 0 for S1.
+  std::uint16_t strings = 0;
+  /// Whether a search may have found nothing and N1, which tells, was not asked yet.
+  bool unchecked = false;
   bool launched = false;
   /// Behind a jump whose target is not known.
   bool uncertain = false;
   /// The last statement that decided where to go on.
   std::size_t cameFrom = 0;
 
-  [[nodiscard]] auto key() const { return std::tuple(place, numbers, launched, uncertain); }
+  [[nodiscard]] auto key() const {
+    return std::tuple(place, numbers, strings, unchecked, launched, uncertain);
+  }
   friend bool operator<(const State& a, const State& b) { return a.key() < b.key(); }
 };
 
@@ -43,6 +54,8 @@ class FlowReader {
   void step(State state);
   void jump(const State& state, const std::string& label);
   void branch(State state);
+  void search(State& state) const;
+  void launch(State& state);
   void assign(State& state) const;
   void reach(State state, std::size_t place);
   [[nodiscard]] Known valueOf(const State& state, const std::string& expression) const;
@@ -63,15 +76,19 @@ FlowReader::FlowReader(const std::vector<Statement>& statements) : statements_(s
 
 ScriptFlow FlowReader::follow() {
   flow_.reachable.assign(statements_.size(), false);
+  flow_.setStrings.assign(statements_.size(), 0);
   reach(State{}, 0);
   while (!open_.empty() && seen_.size() < kMostStates) {
     State state = open_.back();
     open_.pop_back();
     flow_.reachable[state.place] = true;
+    flow_.setStrings[state.place] |= state.strings;
     step(std::move(state));
   }
   if (open_.empty()) return std::move(flow_);
-  return {std::vector<bool>(statements_.size(), true), std::nullopt, true};
+  flow_.reachable.assign(statements_.size(), true);
+  flow_.setStrings.assign(statements_.size(), kAllStrings);
+  return {flow_.reachable, std::nullopt, true, flow_.setStrings, {}};
 }
 
 void FlowReader::step(State state) {
@@ -86,7 +103,7 @@ void FlowReader::step(State state) {
     case Verb::FindJvm:
     case Verb::InstallJvm:
     case Verb::Verify:
-      state.numbers[0] = Known::Nothing;
+      search(state);
       break;
     case Verb::Set:
       assign(state);
@@ -94,7 +111,7 @@ void FlowReader::step(State state) {
     case Verb::Launch:
     case Verb::ILaunch:
     case Verb::ExecuteLauncher:
-      state.launched = true;
+      launch(state);
       break;
     default:
       break;
@@ -111,6 +128,8 @@ void FlowReader::jump(const State& state, const std::string& label) {
   State anywhere = state;
   anywhere.numbers.fill(Known::Nothing);
   anywhere.uncertain = true;
+  anywhere.strings = kAllStrings;
+  anywhere.unchecked = false;
   for (const auto& [text, place] : labels_) reach(anywhere, place);
   if (label.find('@') == std::string::npos) reach(anywhere, state.place + 1);
 }
@@ -120,6 +139,7 @@ void FlowReader::branch(State state) {
   const Known value = valueOf(state, expression);
   const std::optional<std::size_t> variable = numberOf(expression);
   state.cameFrom = state.place;
+  if (variable == kAnswer) state.unchecked = false;
   if (value != Known::NotZero) {
     State jumping = state;
     if (variable) jumping.numbers[*variable] = Known::Zero;
@@ -131,8 +151,32 @@ void FlowReader::branch(State state) {
   reach(std::move(state), next);
 }
 
+/// FIND_JVM sets S1 and S2, the others S1.
+void FlowReader::search(State& state) const {
+  constexpr std::uint16_t kHome = 1;
+  constexpr std::uint16_t kHomeAndFile = 3;
+  const bool finds = statements_[state.place].verb == Verb::FindJvm;
+  state.numbers[kAnswer] = Known::Nothing;
+  state.strings |= finds ? kHomeAndFile : kHome;
+  state.unchecked = statements_[state.place].verb != Verb::Verify;
+}
+
+/// Only what the search itself has set is empty when it found nothing.
+void FlowReader::launch(State& state) {
+  const std::string file = statements_[state.place].argument(0);
+  state.launched = true;
+  const bool isFound =
+      file.find("@S1@") != std::string::npos || file.find("@S2@") != std::string::npos;
+  if (state.unchecked && isFound) flow_.uncheckedLaunches.insert(state.place);
+}
+
 void FlowReader::assign(State& state) const {
   const Statement& statement = statements_[state.place];
+  // A copy of N1 may be asked in its place, and S2 may get another value where it was empty.
+  state.unchecked = false;
+  std::string reason;
+  const std::optional<VariableSpecification> set = parseVariable(statement.argument(0), reason);
+  if (set && set->type == 'S') state.strings |= static_cast<std::uint16_t>(1U << (set->number - 1));
   const std::optional<std::size_t> variable = numberOf("@" + statement.argument(0) + "@");
   if (variable) state.numbers[*variable] = valueOf(state, statement.argument(1));
 }

@@ -7,7 +7,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "packer/check/Statement.h"
@@ -22,6 +25,10 @@ struct ScriptFlow {
   std::optional<std::size_t> endsWithoutLaunch;
   /// Whether a run can end at all.
   bool ends = false;
+  /// For each statement, the string variables that some way to it has set: bit 0 for S1.
+  std::vector<std::uint16_t> setStrings;
+  /// Statements that launch with what a search found, on a way on which it may have found nothing.
+  std::set<std::size_t> uncheckedLaunches;
 };
 
 /// The statement that a jump to this label reaches, as the launcher finds it: never the first.

@@ -1,13 +1,9 @@
-// A command line as a POSIX shell reads it: words, quotes and what stands outside of them; and what
-// the Java program in it starts, which must be in the jars that it is started from.
+// A command line as a POSIX shell reads it: words, quotes and what stands outside of them.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "packer/check/JarFile.h"
 
 namespace vessant {
 
@@ -39,26 +35,7 @@ struct ShellReading {
   bool classPathInQuotes = false;
 };
 
+/// Takes a trial command apart. Never fails: what is wrong with the command is told in the result.
 [[nodiscard]] ShellReading readShellWords(std::string_view command);
-
-/// What a Java command starts, as far as its words tell.
-struct JavaStart {
-  /// False when the words do not tell.
-  bool isKnown = false;
-  /// The main class; empty when a jar's manifest names it.
-  std::string mainClass;
-  /// The entries of the class path, or the one jar of -jar.
-  std::string classPath;
-};
-
-/// `executable`: how the word that is the Java program ends.
-[[nodiscard]] JavaStart readJavaStart(const ShellReading& command, const std::string& executable);
-
-/// The packed jar that a class path entry of a trial command stands for, or null.
-using JarOfEntry = std::function<const JarFile*(const std::string& entry)>;
-
-/// Why the start must fail; empty when it need not, or when that cannot be told.
-[[nodiscard]] std::string whyStartFails(const JavaStart& start, const std::string& separator,
-                                        const JarOfEntry& jarOfEntry);
 
 }  // namespace vessant

@@ -77,6 +77,8 @@ class StatementCheck {
                    const char* nameBeyond = "number-out-of-range");
   void checkSet();
   void checkText(const std::string& text);
+  void checkFileName(const std::string& text);
+  void checkSingleQuotes(const std::string& text);
   void checkIgnored();
   void askLauncher();
 
@@ -159,7 +161,8 @@ void StatementCheck::checkArgument(std::size_t index, ArgumentKind kind) {
     case ArgumentKind::Number:
       return checkNumber(index, "the value", kSmallestNumber, kLargestNumber);
     case ArgumentKind::Text:
-      return checkText(statement_.arguments[index]);
+      checkText(statement_.arguments[index]);
+      return checkFileName(statement_.arguments[index]);
     case ArgumentKind::Label:
     case ArgumentKind::Variable:
       return;
@@ -207,7 +210,7 @@ void StatementCheck::checkSet() {
   checkText(value);
   const bool isQuoted = value.starts_with('"');
   if (variable->type == 'N' && !isQuoted)
-    checkNumber(1, "a number", kSmallestNumber, kLargestNumber);
+    checkNumber(1, "the value of a number variable", kSmallestNumber, kLargestNumber);
 }
 
 /// A text is cut at its first blank unless it stands in quotes.
@@ -216,7 +219,7 @@ void StatementCheck::checkText(const std::string& text) {
   const SString source = sstr(text);
   if (text.front() != '"') {
     const SString::Size blank = source.findFirstOf(kWhitespace);
-    if (blank == SString::npos) return;
+    if (blank == SString::npos) return checkSingleQuotes(text);
     return error("cut-text", "the text ends at its first blank, so " +
                                  quotedName(str(trimmed(source.substr(blank)))) +
                                  " is lost: put it in double quotes");
@@ -231,6 +234,27 @@ void StatementCheck::checkText(const std::string& text) {
   if (position == SString::npos) return;
   error("text-behind-quote", "the text ends at its closing quote, so " +
                                  quotedName(str(trimmed(source.substr(position)))) + " is ignored");
+}
+
+/// The launcher would look for a file of this name, in the directory of the user.
+void StatementCheck::checkFileName(const std::string& text) {
+  std::string reason;
+  if (parseVariable(text, reason)) {
+    error("not-a-file", quotedName(text) +
+                            " is the name of a file here: write the variable as \"@" +
+                            printable(text) + "@\"");
+  } else if (wholeNumber(text)) {
+    error("not-a-file", quotedName(text) +
+                            " is the name of a file here: ILAUNCH launches with the JVM file of an "
+                            "id");
+  }
+}
+
+/// Only double quotes quote in a script.
+void StatementCheck::checkSingleQuotes(const std::string& text) {
+  if (text.size() < 2 || !text.starts_with('\'') || !text.ends_with('\'')) return;
+  error("single-quotes", "single quotes are a part of the text: write \"" +
+                             printable(text.substr(1, text.size() - 2)) + "\"");
 }
 
 void StatementCheck::checkIgnored() {

@@ -76,6 +76,21 @@ class CheckCommandTest : public testing::Test {
   TempTree tree;
 };
 
+TEST_F(CheckCommandTest, RefusesToReplaceWhatItReads) {
+  std::filesystem::create_hard_link(tree.path("app.jar"), tree.path("same.jar"));
+  for (const char* output : {"app.jar", "./app.manifest", "same.jar"}) {
+    tree.file("app.manifest",
+              std::string("FILES:\n  instructions 1 app.instructions\n"
+                          "  launch-script 2 app.launch\n  verification 3 verify.jar\n"
+                          "  archive 4 app.jar\n  jvm 17 java.jvm\n/:\nOUTPUT: ") +
+                  output + "\n");
+    const ProcessResult result = check({"app.manifest"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, StartsWith("app.manifest:8: error: packing would replace"));
+    EXPECT_THAT(result.err, HasSubstr("[output-is-input]"));
+  }
+}
+
 TEST_F(CheckCommandTest, SaysNothingOfWhatIsRight) {
   expectFine("app.manifest");
   expectFine(".");

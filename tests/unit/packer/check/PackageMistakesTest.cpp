@@ -141,6 +141,21 @@ TEST_F(PackageMistakesTest, MissingArchives) {
   EXPECT_THAT(found(), ElementsAre("setup.launch:3 missing-archive"));
 }
 
+TEST_F(PackageMistakesTest, PackedJarsThatAreLookedForBesideTheInstaller) {
+  const auto foundIn = [this](const std::string& rest) {
+    command("COMMAND: exec '@JVM_HOME@/@JVM_EXE@' " + rest);
+    return found();
+  };
+  const std::vector<std::string> beside = {"setup.launch:3 missing-archive",
+                                           "setup.manifest:13 unused-file"};
+  EXPECT_EQ(foundIn("-jar app.jar"), beside);
+  EXPECT_EQ(foundIn("-cp lib/other.jar:./app.jar app.Main"), beside);
+  EXPECT_EQ(foundIn("-cp '%LAUNCHER_DIR%()/app.jar' app.Main"), beside);
+  EXPECT_THAT(foundIn("app.Main"),
+              ElementsAre("setup.launch:3 missing-main-class", "setup.manifest:13 unused-file"));
+  EXPECT_THAT(foundIn("-cp other.jar app.Main"), ElementsAre("setup.manifest:13 unused-file"));
+}
+
 TEST_F(PackageMistakesTest, FilesThatNothingUses) {
   put(FileType::ApplicationArchive, 5, "data.bin", "x");
   put(FileType::JvmInstaller, 6, "jre", "#!/bin/sh\n");
