@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "launcher/base/RunServices.h"
-#include "launcher/driver/LauncherServices.h"
+#include "launcher/driver/LauncherState.h"
 #include "launcher/jvm/FindFiles.h"
 
 namespace {

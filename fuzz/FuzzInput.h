@@ -7,7 +7,7 @@
 #include <string>
 
 #include "launcher/base/Handles.h"
-#include "launcher/driver/LauncherServices.h"
+#include "launcher/driver/LauncherState.h"
 
 namespace vessant::fuzz {
 

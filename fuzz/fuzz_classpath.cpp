@@ -2,9 +2,8 @@
 // option may name and which also stands for the side files.
 
 #include "FuzzInput.h"
-#include "launcher/launch/ClassPath.h"
+#include "launcher/launch/JavaArguments.h"
 #include "launcher/launch/JvmTags.h"
-#include "launcher/launch/SideFiles.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::fuzz::FirstLine input(data, size);

@@ -4,7 +4,6 @@
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/base/UnicodeEscapes.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::SString text = vessant::fuzz::textOf(data, size);

@@ -1,7 +1,7 @@
 // A command line for a program that is started without a shell.
 
 #include "FuzzInput.h"
-#include "launcher/linux/CommandLine.h"
+#include "launcher/linux/LinuxPlatformImpl.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const vessant::SString text = vessant::fuzz::textOf(data, size);

@@ -8,8 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "launcher/archive/ModeByte.h"
-#include "launcher/base/UnicodeEscapes.h"
+#include "launcher/archive/LauncherFormat.h"
+#include "launcher/base/TextUtil.h"
 #include "packer/CommandOptions.h"
 #include "packer/FileKinds.h"
 #include "packer/Installer.h"

@@ -246,7 +246,7 @@ std::string rowOf(const Language& language) {
 std::string compile(const std::vector<std::string>& paths) {
   std::string source =
       "// Made from the message files; mend the texts there.\n\n"
-      "#include \"launcher/driver/output/MessageCatalog.h\"\n\n"
+      "#include \"launcher/driver/output/Messages.h\"\n\n"
       "namespace vessant {\n\n"
       "static_assert(kLanguageCount == " +
       std::to_string(paths.size()) +

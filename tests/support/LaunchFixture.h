@@ -6,7 +6,7 @@
 
 #include "launcher/archive/Extraction.h"
 #include "launcher/archive/LauncherFile.h"
-#include "launcher/archive/ModeByte.h"
+#include "launcher/archive/LauncherFormat.h"
 #include "launcher/archive/TempFiles.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/LaunchContext.h"

@@ -1,6 +1,9 @@
 #include "launcher/archive/LauncherFormat.h"
 
+#include <cstdio>
+
 #include "launcher/base/Exceptions.h"
+#include "launcher/base/Handles.h"
 #include "launcher/base/Readers.h"
 
 namespace vessant {
@@ -26,6 +29,14 @@ SString readName(std::FILE* stream, std::int16_t length) {
   return name;
 }
 
+std::int32_t readModeByte(const SString& fileName) {
+  const StdFile file = openFile(fileName, OpenMode::Read);
+  if (file == nullptr) return kNoModeByte;
+  if (std::fseek(file.get(), -kModeByteDistance, SEEK_END) != 0) return kNoModeByte;
+  const int byte = std::getc(file.get());
+  return byte == EOF ? kNoModeByte : byte;
+}
+
 }  // namespace
 
 bool isTagFileType(const FileIndexEntry& entry) {
@@ -45,6 +56,13 @@ void readFileIndexEntry(FileIndexEntry& entry, std::FILE* stream) {
   if (!entry.hasSizeInformation) return;
   entry.expandedFileCount = readInt32(stream, "Unable to load decompressed file count.");
   entry.expandedSize = readInt32(stream, "Unable to load decompressed size.");
+}
+
+std::int32_t ModeByteProbe::launcherModeByte(const SString& fileName) {
+  if (fileName != launcherFileName_) return readModeByte(fileName);
+  // Once: the launcher asks again when it ends, and by then its file may be gone.
+  if (lastTrailerByte_ == kNoModeByte) lastTrailerByte_ = readModeByte(fileName);
+  return lastTrailerByte_;
 }
 
 }  // namespace vessant

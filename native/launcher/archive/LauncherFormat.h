@@ -1,4 +1,5 @@
-// The layout of a launcher file, an executable with files behind it, and one entry of its index.
+// The layout of a launcher file, an executable with files behind it, one entry of its index, and
+// its mode byte.
 //
 //     the executable
 //     the bytes of the appended files
@@ -18,7 +19,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "launcher/base/PtrDeque.h"
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
 #include "launcher/tagfile/TagFile.h"
 
@@ -74,5 +75,31 @@ using FileIndexEntryPtrDeque = PtrDeque<FileIndexEntry>;
 /// Reads one entry at the stream's position; whatever `entry` held is replaced. Throws
 /// LauncherException at the first bad field; the entry then holds the fields in front of it.
 void readFileIndexEntry(FileIndexEntry& entry, std::FILE* stream);
+
+/// No mode byte: not read yet, or the file cannot be read.
+inline constexpr std::int32_t kNoModeByte = -1;
+
+/// Answers the mode byte of files and remembers that of the launcher itself.
+class ModeByteProbe {
+ public:
+  /// Both are the caller's; `lastTrailerByte` is where the launcher's own mode byte is kept.
+  ModeByteProbe(const SString& launcherFileName, std::int32_t& lastTrailerByte)
+      : launcherFileName_(launcherFileName), lastTrailerByte_(lastTrailerByte) {}
+
+  /// The byte 9 bytes before the end of the file, 0..255, or kNoModeByte.
+  std::int32_t launcherModeByte(const SString& fileName);
+  /// The mode byte of the launcher itself.
+  std::int32_t ownModeByte() { return launcherModeByte(launcherFileName_); }
+
+ private:
+  const SString& launcherFileName_;
+  std::int32_t& lastTrailerByte_;
+};
+
+/// Modes in which the program is an installer's wizard: it gets the JVM file's extra environment
+/// variables, and its exit status 232 is no failure to tell the user about.
+[[nodiscard]] constexpr bool isWizardMode(std::int32_t modeByte) {
+  return modeByte == 0 || modeByte == 2;
+}
 
 }  // namespace vessant

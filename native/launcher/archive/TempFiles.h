@@ -9,8 +9,8 @@
 
 #include <optional>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/PathUtil.h"
-#include "launcher/base/PtrDeque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 

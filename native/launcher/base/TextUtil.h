@@ -1,8 +1,10 @@
-// Small questions and changes on texts. All classification is by ASCII, whatever the locale.
+// Small questions and changes on texts. All classification is by ASCII, whatever the locale; only
+// the two functions at the end know one.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "launcher/base/SString.h"
 
@@ -36,5 +38,18 @@ void trim(SString& text, std::string_view set = kWhitespace);
 [[nodiscard]] bool stringToLong(std::string_view text, std::int32_t& number);
 /// The same as scanf's "%hd" does: the low 16 bits of the number.
 [[nodiscard]] bool stringToShort(std::string_view text, std::int16_t& number);
+
+/// Titles and descriptions may carry characters as backslash-u escapes, so that their files stay
+/// ASCII; this and the next function turn such a text into the encoding of the user's locale.
+///
+/// One code a character, with a 0 behind the last; as many elements as `text` has bytes, and one
+/// more. A backslash, a "u" or "U" and four characters that begin with a hexadecimal number are one
+/// character; every other byte stands for itself.
+[[nodiscard]] std::vector<std::uint32_t> decodeUnicodeEscapes(const SString& text);
+
+/// The codes up to the first 0 in the locale's multibyte encoding. What the locale cannot show
+/// becomes "?". A code beyond ASCII makes a process that is still in the "C" locale take the
+/// character set that the environment names (LC_ALL, LC_CTYPE, LANG).
+[[nodiscard]] SString wideToText(const std::vector<std::uint32_t>& codes);
 
 }  // namespace vessant

@@ -4,9 +4,8 @@
 
 #include <cstdint>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
-#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 
 namespace vessant {

@@ -9,7 +9,6 @@
 
 #include "launcher/archive/LauncherFormat.h"
 #include "launcher/base/SString.h"
-#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/instructions/InstructionActions.h"
 

@@ -1,16 +1,17 @@
 // LauncherMain: the run, from the command line to the clean-up. It owns what a run works with,
 // hands the command line's and the script's wishes to the objects that fulfil them, and turns what
 // fails into the run's result.
+//
+// runLauncher is the way in: the whole of the program without the process around it.
 #pragma once
 
 #include <cstdint>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/driver/CommandLineParser.h"
 #include "launcher/driver/JvmFinder.h"
 #include "launcher/driver/JvmInstallation.h"
-#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/driver/LoadedObjects.h"
 #include "launcher/driver/ProgramLaunch.h"
@@ -78,5 +79,12 @@ class LauncherMain : public InstructionActions, public CommandLineParser::Action
   JvmInstallation installation_;
   ProgramLaunch program_;
 };
+
+/// Runs the launcher with the process's arguments and returns its result. The clean-up has run when
+/// it returns, also by an exception.
+int runLauncher(int argumentCount, const char* const* arguments, LauncherState& state);
+
+/// The one line that tells of a failure which nothing else has told of, and the result for it.
+int reportUnexpectedFailure(const LauncherState& state);
 
 }  // namespace vessant

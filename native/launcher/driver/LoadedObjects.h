@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "launcher/archive/LauncherFile.h"
-#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/jvm/JVMFiles.h"
 #include "launcher/launch/LaunchScript.h"

@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "launcher/base/SString.h"
-#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/driver/LoadedObjects.h"
 #include "launcher/jvm/JVMFile.h"

@@ -3,7 +3,7 @@
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/instructions/Variables.h"
+#include "launcher/instructions/StatementArguments.h"
 
 namespace vessant {
 namespace {

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/instructions/InstructionActions.h"
 #include "launcher/tagfile/TagFile.h"
 

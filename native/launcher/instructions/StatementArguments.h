@@ -1,8 +1,13 @@
-// The tokens of a statement, read from left to right.
+// The parts of a statement: its tokens and texts, read from left to right, and the references to
+// the launcher's variables, N1 to N5 and S1 to S10, that they hold.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
+
+#include "launcher/base/SString.h"
+#include "launcher/instructions/InstructionActions.h"
 
 namespace vessant {
 
@@ -28,5 +33,20 @@ class StatementArguments {
 
 /// `text` without the whitespace of tag files at its ends.
 [[nodiscard]] std::string_view trimmedView(std::string_view text);
+
+/// Which variable a reference means: its type, and its number from 1 on.
+struct VariableSpecification {
+  char type;  // 'N' or 'S'
+  std::int32_t number;
+};
+
+/// Reads a specification such as "N1" or "s10". Throws LauncherException with `context`, a blank
+/// and the reason.
+[[nodiscard]] VariableSpecification parseVariableSpecification(std::string_view text,
+                                                               std::string_view context);
+
+/// The variable's value as text.
+[[nodiscard]] SString variableText(const VariableSpecification& variable,
+                                   const InstructionActions& actions);
 
 }  // namespace vessant

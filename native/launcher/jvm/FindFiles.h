@@ -1,8 +1,8 @@
 // Walks the file system for files whose paths end in one of several suffixes, such as "bin/java".
 #pragma once
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/FileNavigator.h"
-#include "launcher/base/StringDeque.h"
 
 namespace vessant {
 

@@ -3,9 +3,9 @@
 
 #include <memory>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"
 

@@ -7,9 +7,8 @@
 
 #include <memory>
 
-#include "launcher/base/PtrDeque.h"
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"
 #include "launcher/tagfile/JvmTagNames.h"

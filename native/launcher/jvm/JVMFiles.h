@@ -8,8 +8,7 @@
 #include <memory>
 #include <optional>
 
-#include "launcher/base/PtrDeque.h"
-#include "launcher/base/StringDeque.h"
+#include "launcher/base/Deque.h"
 #include "launcher/jvm/FindFiles.h"
 #include "launcher/jvm/JVMFile.h"
 #include "launcher/jvm/JVMSearch.h"

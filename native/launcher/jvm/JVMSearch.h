@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "launcher/base/PtrDeque.h"
+#include "launcher/base/Deque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
 #include "launcher/tagfile/TagFile.h"

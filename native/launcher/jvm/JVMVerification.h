@@ -8,9 +8,9 @@
 #include <memory>
 #include <string_view>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/JvmTags.h"
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "launcher/archive/Extraction.h"
-#include "launcher/archive/ModeByte.h"
+#include "launcher/archive/LauncherFormat.h"
 #include "launcher/archive/TempFiles.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"

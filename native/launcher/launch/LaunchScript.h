@@ -8,8 +8,8 @@
 
 #include <cstdint>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/launch/JvmTags.h"
 #include "launcher/launch/LaunchContext.h"
 #include "launcher/launch/MacroHandler.h"

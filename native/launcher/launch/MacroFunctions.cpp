@@ -4,8 +4,7 @@
 #include "launcher/base/PathUtil.h"
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/launch/ClassPath.h"
-#include "launcher/launch/SideFiles.h"
+#include "launcher/launch/JavaArguments.h"
 #include "launcher/tagfile/JvmTagNames.h"
 
 namespace vessant {

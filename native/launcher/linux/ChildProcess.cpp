@@ -1,6 +1,7 @@
 #include "launcher/linux/ChildProcess.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 
 #include <fcntl.h>
@@ -16,6 +17,13 @@
 
 namespace vessant {
 namespace {
+
+/// A descriptor for a stream that is missing. Without /dev it is one of a directory that can be
+/// neither read nor written: the stream answers like a closed one, but its place is taken.
+int openPlaceholder() {
+  const int fd = ::open("/dev/null", O_RDWR);
+  return fd >= 0 ? fd : ::open("/", O_PATH);
+}
 
 struct OutputPipes {
   Pipe out;
@@ -68,6 +76,15 @@ int errorIn(const UniqueFd& counter) {
 }
 
 }  // namespace
+
+void prepareProcess() {
+  // The system gives the lowest free number each time.
+  int fd = openPlaceholder();
+  while (fd >= 0 && fd <= STDERR_FILENO) fd = ::dup(fd);
+  if (fd > STDERR_FILENO) ::close(fd);
+  // Who ignores it when he starts the launcher has the system throw away how children ended.
+  std::signal(SIGCHLD, SIG_DFL);
+}
 
 bool Pipe::open() {
   int ends[2] = {-1, -1};

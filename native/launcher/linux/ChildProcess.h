@@ -1,10 +1,16 @@
-// Runs one command line as a child process to its end.
+// Child processes: makes the launcher's own process fit to have them, and runs one command line in
+// one to its end.
 #pragma once
 
 #include "launcher/base/Handles.h"
 #include "launcher/base/RunServices.h"
 
 namespace vessant {
+
+/// Sets right what the process has inherited from whoever started it. The descriptors 0 to 2 are
+/// open then, so that no file of the launcher's or of a program's takes their place, and a child's
+/// end can be waited for. To be called once, before anything is opened.
+void prepareProcess();
 
 /// A pipe whose two ends close themselves and do not pass on to programs that a child starts.
 struct Pipe {

@@ -2,8 +2,8 @@
 // This is its reading; what an action does is the driver's.
 #pragma once
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/tagfile/TagFile.h"
 
 namespace vessant {

@@ -16,9 +16,9 @@
 #include <cstdio>
 #include <string_view>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/RunServices.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/tagfile/TagTable.h"
 
 namespace vessant {
@@ -59,8 +59,10 @@ class TagFile {
   void setJvmTags(const SString& jvmHome, const SString& jvmFile, bool temporary);
   void removeTag(std::string_view name);
 
-  /// Writes the file in the form that reading it gives back. A failure raises no error and leaves
-  /// no part of a file behind.
+  /// Writes the tags that have values in the form that reading them gives back. A file that cannot
+  /// be created is not written. One that cannot be written whole is removed, because what is cut
+  /// could pass for a whole one; a device is left alone, and behind a link the file is emptied.
+  /// Neither raises an error.
   void save(const SString& path) const;
 
   [[nodiscard]] const TagTable& tags() const { return tags_; }

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 
 namespace vessant {
 

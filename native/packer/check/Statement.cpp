@@ -6,7 +6,7 @@
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Readers.h"
 #include "launcher/base/TextUtil.h"
-#include "launcher/instructions/InstructionCommands.h"
+#include "launcher/instructions/Interpreter.h"
 #include "packer/Text.h"
 
 namespace vessant {

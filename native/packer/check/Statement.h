@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/instructions/Variables.h"
+#include "launcher/instructions/StatementArguments.h"
 
 namespace vessant {
 

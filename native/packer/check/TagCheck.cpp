@@ -4,7 +4,7 @@
 #include <cctype>
 #include <map>
 
-#include "launcher/base/UnicodeEscapes.h"
+#include "launcher/base/TextUtil.h"
 #include "packer/Text.h"
 #include "packer/WrittenText.h"
 

@@ -4,9 +4,9 @@
 
 #include "launcher/base/Handles.h"
 #include "launcher/base/PathUtil.h"
+#include "launcher/launch/JavaArguments.h"
 #include "launcher/launch/JvmTags.h"
 #include "launcher/launch/LaunchScript.h"
-#include "launcher/launch/SideFiles.h"
 #include "launcher/tagfile/JvmTagNames.h"
 #include "packer/Text.h"
 

@@ -10,10 +10,10 @@
 
 #include "launcher/archive/Extraction.h"
 #include "launcher/archive/LauncherFile.h"
-#include "launcher/archive/ModeByte.h"
+#include "launcher/archive/LauncherFormat.h"
 #include "launcher/archive/TempFiles.h"
+#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
-#include "launcher/base/StringDeque.h"
 #include "launcher/driver/output/Messages.h"
 #include "launcher/jvm/JVMSearch.h"
 #include "launcher/launch/LaunchContext.h"

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/archive/ModeByte.h"
+#include "launcher/archive/LauncherFormat.h"
 #include "support/FakeRun.h"
 #include "support/LauncherFileBuilder.h"
 #include "support/TempTree.h"

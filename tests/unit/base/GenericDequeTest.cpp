@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/PtrDeque.h"
-#include "launcher/base/StringDeque.h"
+#include "launcher/base/Deque.h"
 #include "support/FakeRun.h"
 #include "unit/base/AllocationWatch.h"
 #include "unit/base/Tracked.h"

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/StringDeque.h"
+#include "launcher/base/Deque.h"
 #include "support/FakeRun.h"
 
 namespace vessant::test {

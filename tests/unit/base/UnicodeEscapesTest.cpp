@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/UnicodeEscapes.h"
+#include "launcher/base/TextUtil.h"
 #include "support/FakeRun.h"
 #include "support/ProcessScope.h"
 

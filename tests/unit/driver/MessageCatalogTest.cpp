@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "launcher/driver/output/MessageCatalog.h"
+#include "launcher/driver/output/Messages.h"
 #include "support/MessageFile.h"
 
 namespace vessant::test {

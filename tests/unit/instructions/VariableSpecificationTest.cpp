@@ -1,7 +1,7 @@
 // The reading of a variable's type and number.
 
 #include "InstructionsFixture.h"
-#include "launcher/instructions/Variables.h"
+#include "launcher/instructions/StatementArguments.h"
 
 namespace vessant::test {
 namespace {

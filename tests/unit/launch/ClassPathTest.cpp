@@ -1,7 +1,7 @@
 // The pieces of a class path and the rules that join them.
 
 #include "LaunchRoom.h"
-#include "launcher/launch/ClassPath.h"
+#include "launcher/launch/JavaArguments.h"
 
 namespace vessant::test {
 namespace {

@@ -1,7 +1,7 @@
 // System properties and Java arguments from the side files and the JVM file.
 
 #include "LaunchRoom.h"
-#include "launcher/launch/SideFiles.h"
+#include "launcher/launch/JavaArguments.h"
 
 namespace vessant::test {
 namespace {

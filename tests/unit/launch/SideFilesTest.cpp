@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/launch/SideFiles.h"
+#include "launcher/launch/JavaArguments.h"
 #include "support/FakeRun.h"
 #include "support/TempTree.h"
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/linux/CommandLine.h"
+#include "launcher/linux/LinuxPlatformImpl.h"
 #include "support/FakeRun.h"
 
 namespace vessant::test {

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
-#include "launcher/linux/DiskSpace.h"
 #include "launcher/linux/LinuxPlatformImpl.h"
 #include "support/FakeRun.h"
 #include "support/TempTree.h"

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "launcher/linux/ProcessSetup.h"
+#include "launcher/linux/ChildProcess.h"
 #include "unit/linux/ChildRunner.h"
 #include "unit/linux/ForkedRun.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "launcher/base/StringDeque.h"
+#include "launcher/base/Deque.h"
 #include "launcher/jvm/JVMFile.h"
 #include "support/FakeRun.h"
 #include "support/ProcessRunner.h"

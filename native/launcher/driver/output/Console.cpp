@@ -1,6 +1,6 @@
 #include "launcher/driver/output/Console.h"
 
-#include "launcher/base/UnicodeEscapes.h"
+#include "launcher/base/TextUtil.h"
 
 namespace vessant {
 namespace {

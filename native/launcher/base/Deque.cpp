@@ -1,7 +1,8 @@
-#include "launcher/base/GenericDeque.h"
+#include "launcher/base/Deque.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -58,6 +59,27 @@ void GenericDeque::makeRoom() {
   if (slots == nullptr) throw std::bad_alloc();
   entries_ = static_cast<DequeEntry**>(slots);
   capacity_ = capacity;
+}
+
+void StringDeque::insert(std::int32_t index, const SString& text) {
+  insertEntry(index, std::make_unique<SStringPtrDE>(std::make_unique<SString>(text)));
+}
+
+const SString& StringDeque::get(std::int32_t index) const {
+  const DequeEntry* entry = entryAt(index);
+  return entry == nullptr ? SString::empty() : *static_cast<SString*>(entry->payload());
+}
+
+void StringDeque::set(std::int32_t index, const SString& text) {
+  DequeEntry* entry = entryAt(index);
+  if (entry != nullptr) *static_cast<SString*>(entry->payload()) = text;
+}
+
+std::int32_t StringDeque::indexOf(std::string_view text) const {
+  for (std::int32_t i = 0; i < count(); ++i) {
+    if (get(i) == text) return i;
+  }
+  return -1;
 }
 
 }  // namespace vessant

@@ -9,8 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "launcher/archive/ModeByte.h"
-#include "launcher/driver/EntryPoint.h"
+#include "launcher/archive/LauncherFormat.h"
+#include "launcher/driver/LauncherMain.h"
 #include "support/ProcessScope.h"
 #include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
@@ -24,7 +24,7 @@ using testing::IsEmpty;
 constexpr const char* kCannotOpen =
     "Unable to load the launcher file index. Cannot open launcher file.\n";
 
-class EntryPointTest : public testing::Test {
+class RunLauncherTest : public testing::Test {
  protected:
   /// Calls the entry point with a program name and arguments; the printed text is then in `out`.
   int start(const std::string& name, const std::vector<std::string>& arguments = {}) {
@@ -52,12 +52,12 @@ class EntryPointTest : public testing::Test {
   std::string out;
 };
 
-TEST_F(EntryPointTest, ReturnsTheResultOfTheScript) {
+TEST_F(RunLauncherTest, ReturnsTheResultOfTheScript) {
   makeProgram(7, 0);
   EXPECT_EQ(start(run.launcherFile), 7);
 }
 
-TEST_F(EntryPointTest, PassesTheArgumentsWithoutTheProgramsName) {
+TEST_F(RunLauncherTest, PassesTheArgumentsWithoutTheProgramsName) {
   run.script({"// nothing"}).file.write(run.launcherFile);
   EXPECT_EQ(start(run.launcherFile, {"one", "", "-cp:a", "x", "two words"}), 0);
   EXPECT_THAT(texts(run.state.commandLineArguments),
@@ -65,7 +65,7 @@ TEST_F(EntryPointTest, PassesTheArgumentsWithoutTheProgramsName) {
   EXPECT_THAT(texts(run.state.passThroughArguments), ElementsAre("one", "", "two words"));
 }
 
-TEST_F(EntryPointTest, TakesAnAbsoluteNameAsItStands) {
+TEST_F(RunLauncherTest, TakesAnAbsoluteNameAsItStands) {
   const std::string odd = run.tree.path("app/../app/./setup.bin");
   run.script({"// nothing"}).file.write(run.launcherFile);
   EXPECT_EQ(start(odd), 0);
@@ -73,7 +73,7 @@ TEST_F(EntryPointTest, TakesAnAbsoluteNameAsItStands) {
   EXPECT_EQ(run.state.originalLauncherFileName, SString(odd));
 }
 
-TEST_F(EntryPointTest, PutsTheCurrentDirectoryBeforeARelativeName) {
+TEST_F(RunLauncherTest, PutsTheCurrentDirectoryBeforeARelativeName) {
   for (const char* name : {"setup.bin", "./setup.bin", "../app/setup.bin"}) {
     const ScopedDirectory directory(run.tree.path("app"));
     EXPECT_EQ(start(name, {"-vs:version"}), 0);
@@ -81,13 +81,13 @@ TEST_F(EntryPointTest, PutsTheCurrentDirectoryBeforeARelativeName) {
   }
 }
 
-TEST_F(EntryPointTest, DoublesNoSeparatorInTheRootDirectory) {
+TEST_F(RunLauncherTest, DoublesNoSeparatorInTheRootDirectory) {
   const ScopedDirectory directory("/");
   EXPECT_EQ(start("no-such-setup.bin", {"-vs:version"}), 0);
   EXPECT_EQ(run.state.launcherFileName, "/no-such-setup.bin");
 }
 
-TEST_F(EntryPointTest, DoesNotSearchPath) {
+TEST_F(RunLauncherTest, DoesNotSearchPath) {
   const std::string elsewhere = run.file.write(run.tree.path("app/launcher"));
   run.environment.set("PATH", run.tree.path("app"));
   const ScopedDirectory directory(run.tree.dir("work"));
@@ -96,7 +96,7 @@ TEST_F(EntryPointTest, DoesNotSearchPath) {
   EXPECT_EQ(out, kCannotOpen);
 }
 
-TEST_F(EntryPointTest, KeepsARelativeNameWhereTheCurrentDirectoryIsGone) {
+TEST_F(RunLauncherTest, KeepsARelativeNameWhereTheCurrentDirectoryIsGone) {
   const std::string gone = run.tree.dir("gone");
   const ScopedDirectory directory(gone);
   ASSERT_EQ(::rmdir(gone.c_str()), 0);
@@ -105,7 +105,7 @@ TEST_F(EntryPointTest, KeepsARelativeNameWhereTheCurrentDirectoryIsGone) {
   EXPECT_EQ(out, kCannotOpen);
 }
 
-TEST_F(EntryPointTest, KeepsARelativeNameWhereTheCurrentDirectoryIsTooLong) {
+TEST_F(RunLauncherTest, KeepsARelativeNameWhereTheCurrentDirectoryIsTooLong) {
   const std::string part(200, 'd');
   std::string deep = "deep";
   for (int i = 0; i < 6; ++i) deep += "/" + part;
@@ -114,7 +114,7 @@ TEST_F(EntryPointTest, KeepsARelativeNameWhereTheCurrentDirectoryIsTooLong) {
   EXPECT_EQ(run.state.launcherFileName, "setup.bin");
 }
 
-TEST_F(EntryPointTest, StandsEvenWithoutAProgramsName) {
+TEST_F(RunLauncherTest, StandsEvenWithoutAProgramsName) {
   const StdoutCapture capture;
   const char* const none[] = {nullptr};
   EXPECT_EQ(runLauncher(0, none, run.state), -1);
@@ -130,7 +130,7 @@ void PrintTo(const FailureMessage& row, std::ostream* out) {
   *out << "status " << row.status << ", mode " << row.modeByte;
 }
 
-class FailureMessageTest : public EntryPointTest,
+class FailureMessageTest : public RunLauncherTest,
                            public testing::WithParamInterface<FailureMessage> {};
 
 TEST_P(FailureMessageTest, IsShownUnlessTheUserLeftAWizard) {
@@ -151,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(StatusAndMode, FailureMessageTest,
                                          FailureMessage{1, 0, true}, FailureMessage{255, 2, true}));
 
 /// A file of eight bytes carries nothing and is too short for a mode byte.
-TEST_F(EntryPointTest, ShowsTheFailureMessageOf232WhenThereIsNoModeByte) {
+TEST_F(RunLauncherTest, ShowsTheFailureMessageOf232WhenThereIsNoModeByte) {
   const std::string shortFile = run.tree.file("app/short.bin", "12345678");
   const std::string in = run.inputFile(
       "ACTION: RUN_INSTRUCTIONS\n"
@@ -164,25 +164,25 @@ TEST_F(EntryPointTest, ShowsTheFailureMessageOf232WhenThereIsNoModeByte) {
   EXPECT_EQ(out, "oops\n");
 }
 
-TEST_F(EntryPointTest, ShowsNoEmptyFailureMessage) {
+TEST_F(RunLauncherTest, ShowsNoEmptyFailureMessage) {
   makeProgram(5, 0, "");
   EXPECT_EQ(start(run.launcherFile), 5);
   EXPECT_EQ(out, "");
 }
 
-TEST_F(EntryPointTest, HidesTheFailureMessageInSilence) {
+TEST_F(RunLauncherTest, HidesTheFailureMessageInSilence) {
   makeProgram(5, 0);
   EXPECT_EQ(start(run.launcherFile, {"-vs:silent"}), 5);
   EXPECT_EQ(out, "");
 }
 
-TEST_F(EntryPointTest, ShowsTheFailureMessageForAFailureOfItsOwn) {
+TEST_F(RunLauncherTest, ShowsTheFailureMessageForAFailureOfItsOwn) {
   run.state.launchFailureMessage = "from before";
   EXPECT_EQ(start(run.tree.path("missing")), -1);
   EXPECT_EQ(out, std::string(kCannotOpen) + "from before\n");
 }
 
-TEST_F(EntryPointTest, CleansUpBehindTheFailureMessage) {
+TEST_F(RunLauncherTest, CleansUpBehindTheFailureMessage) {
   const std::string home = run.javaHome("jdk", "17");
   run.verificationClass().script({"VERIFY 0 0 10", "SET S2 = done", "GOTO nowhere"});
   run.jvmFile(10, "DESC: Java\nJVM_PROPERTIES: a=b\nJVM_EXE: bin/java\n")

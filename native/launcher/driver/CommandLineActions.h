@@ -1,13 +1,13 @@
-// InputFileActions: "-vs:in". An input file says which files the launcher works with and what it
-// does. The results of its actions are lines on standard output, also in silence, because programs
-// read them.
+// What the command line asks for at once: InputFileActions does what an input file says, and
+// PackageExtraction writes the files that a launcher file carries, together with such an input
+// file.
 #pragma once
 
+#include "launcher/archive/LauncherFormat.h"
 #include "launcher/base/SString.h"
 #include "launcher/driver/CommandLineParser.h"
 #include "launcher/driver/JvmFinder.h"
 #include "launcher/driver/JvmInstallation.h"
-#include "launcher/driver/LauncherServices.h"
 #include "launcher/driver/LauncherState.h"
 #include "launcher/driver/LoadedObjects.h"
 #include "launcher/instructions/InstructionActions.h"
@@ -16,6 +16,8 @@
 
 namespace vessant {
 
+/// "-vs:in". An input file says which files the launcher works with and what it does. The results
+/// of its actions are lines on standard output, also in silence, because programs read them.
 class InputFileActions {
  public:
   /// All must outlive this.
@@ -51,6 +53,26 @@ class InputFileActions {
   LoadedObjects& objects_;
   JvmFinder finder_;
   JvmInstallation installation_;
+};
+
+/// "-vs:extract". Writes what the launcher file carries into the current directory together with an
+/// input file, with which the same scripts run from disk.
+class PackageExtraction {
+ public:
+  /// All must outlive this.
+  PackageExtraction(LauncherState& state, LauncherServices& services, LoadedObjects& objects)
+      : state_(state), services_(services), objects_(objects) {}
+
+  /// Reads the index, without the objects that it describes, and writes everything. Throws
+  /// LauncherException.
+  void extractFiles();
+
+ private:
+  void writeExtractedInputFile();
+
+  LauncherState& state_;
+  LauncherServices& services_;
+  LoadedObjects& objects_;
 };
 
 }  // namespace vessant
