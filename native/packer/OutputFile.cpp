@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "launcher/base/Exceptions.h"
-#include "packer/PendingFiles.h"
+#include "packer/PendingWork.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -60,18 +60,18 @@ UniqueFd OutputFile::open() {
 
 UniqueFd OutputFile::openPartial() {
   partialPath_ = std::filesystem::path(finalPath_).replace_filename(".vspack.XXXXXX");
-  PendingFiles::remember(partialPath_.c_str());
+  PendingWork::remember(partialPath_.c_str());
   UniqueFd fd(::mkostemp(partialPath_.data(), O_CLOEXEC));
   if (fd.isOpen()) return fd;
   const int error = errno;
-  PendingFiles::forget(partialPath_.c_str());
+  PendingWork::forget(partialPath_.c_str());
   fail(error);
 }
 
 OutputFile::~OutputFile() {
   if (partialPath_.empty()) return;
   ::unlink(partialPath_.c_str());
-  PendingFiles::forget(partialPath_.c_str());
+  PendingWork::forget(partialPath_.c_str());
 }
 
 void OutputFile::publish() {
@@ -80,7 +80,7 @@ void OutputFile::publish() {
   if (::fchmod(writer_->descriptor(), mode_ & ~processMask()) != 0) fail(errno);
   writer_->close();
   if (::rename(partialPath_.c_str(), finalPath_.c_str()) != 0) fail(errno);
-  PendingFiles::forget(partialPath_.c_str());
+  PendingWork::forget(partialPath_.c_str());
   partialPath_.clear();
 }
 

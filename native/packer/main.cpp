@@ -7,11 +7,11 @@
 #include <unistd.h>
 
 #include "packer/Commands.h"
-#include "packer/PendingFiles.h"
+#include "packer/PendingWork.h"
 
 int main(int argumentCount, char** arguments) {
   std::ios::sync_with_stdio(false);  // or each line of a long list is a call of its own
-  const vessant::PendingFiles pendingFiles;
+  const vessant::PendingWork pendingWork;
   std::error_code unknown;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", unknown);
   vessant::Session session{std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1, program.string()};

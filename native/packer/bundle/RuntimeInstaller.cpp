@@ -13,6 +13,7 @@
 
 #include "packer/ByteSource.h"
 #include "packer/OutputFile.h"
+#include "packer/PendingWork.h"
 #include "packer/Text.h"
 #include "packer/bundle/InstallerHead.h"
 #include "packer/bundle/RuntimeTree.h"
@@ -27,12 +28,41 @@ namespace fs = std::filesystem;
 /// The first JDK whose jlink can leave out what debuggers need of the classes alone.
 constexpr int kFirstWithOwnStrip = 13;
 
-fs::path newDirectory() {
+/// The pattern of a directory's name for mkdtemp.
+std::string newDirectoryName() {
   const char* chosen = std::getenv("TMPDIR");
   const bool isChosen = chosen != nullptr && *chosen != '\0';
-  std::string name = std::string(isChosen ? chosen : "/tmp") + "/vspack-XXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) throw failure(name + ": " + std::strerror(errno));
-  return name;
+  return std::string(isChosen ? chosen : "/tmp") + "/vspack-XXXXXX";
+}
+
+/// A temporary directory, removed with all that is in it at the end and when an interrupt ends the
+/// process. There is one at a time.
+class TemporaryDirectory {
+ public:
+  /// Throws LauncherException, naming the directory, when it cannot be made.
+  TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  ~TemporaryDirectory();
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::string path_ = newDirectoryName();
+};
+
+TemporaryDirectory::TemporaryDirectory() {
+  PendingWork::rememberTree(path_.c_str());
+  if (::mkdtemp(path_.data()) != nullptr) return;
+  const int error = errno;
+  PendingWork::forgetTree();
+  throw failure(printable(path_) + ": " + std::strerror(error));
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+  PendingWork::forgetTree();
 }
 
 std::string joined(const std::vector<std::string>& modules) {
@@ -59,37 +89,15 @@ class JlinkedRuntime {
  public:
   /// Makes the runtime in a temporary directory with the JDK's own jlink. Throws LauncherException
   /// when the JDK has none or cannot do it; what jlink says of it is on standard error then.
-  JlinkedRuntime(const JavaFacts& jdk, const std::vector<std::string>& modules);
-  JlinkedRuntime(const JlinkedRuntime&) = delete;
-  JlinkedRuntime& operator=(const JlinkedRuntime&) = delete;
-  /// Removes the runtime.
-  ~JlinkedRuntime();
+  JlinkedRuntime(const JavaFacts& jdk, const std::vector<std::string>& modules) {
+    link(jdk, modules, home());
+  }
 
-  [[nodiscard]] std::string home() const;
+  [[nodiscard]] std::string home() const { return directory_.path() + "/runtime"; }
 
  private:
-  std::filesystem::path directory_;
+  TemporaryDirectory directory_;
 };
-
-JlinkedRuntime::JlinkedRuntime(const JavaFacts& jdk, const std::vector<std::string>& modules)
-    : directory_(newDirectory()) {
-  try {
-    link(jdk, modules, home());
-  } catch (...) {
-    std::error_code ignored;
-    fs::remove_all(directory_, ignored);
-    throw;
-  }
-}
-
-JlinkedRuntime::~JlinkedRuntime() {
-  std::error_code ignored;
-  fs::remove_all(directory_, ignored);
-}
-
-std::string JlinkedRuntime::home() const {
-  return (directory_ / "runtime").string();
-}
 
 /// A link to a Java, as /usr/bin/java is one, makes no Java home. A JDK 8 takes the runtime that it
 /// holds for its home.

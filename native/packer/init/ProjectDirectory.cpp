@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-#include "packer/PendingFiles.h"
+#include "packer/PendingWork.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -46,7 +46,7 @@ ProjectDirectory::ProjectDirectory(const std::string& path, bool force)
 }
 
 ProjectDirectory::~ProjectDirectory() {
-  for (const std::string& path : pending_) PendingFiles::forget(path.c_str());
+  for (const std::string& path : pending_) PendingWork::forget(path.c_str());
   std::error_code ignored;
   fs::remove_all(stage_, ignored);
 }
@@ -67,7 +67,7 @@ void ProjectDirectory::makeStage() {
 }
 
 const std::string& ProjectDirectory::remember(const std::string& path) {
-  PendingFiles::remember(pending_.emplace_back(path).c_str());
+  PendingWork::remember(pending_.emplace_back(path).c_str());
   return pending_.back();
 }
 

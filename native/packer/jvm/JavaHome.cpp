@@ -14,6 +14,7 @@
 
 #include "launcher/base/Handles.h"
 #include "launcher/jvm/JVMVerification.h"
+#include "packer/PendingWork.h"
 #include "packer/Session.h"
 #include "packer/Text.h"
 
@@ -22,22 +23,23 @@ namespace {
 
 constexpr int kSignalled = 128;
 
-/// As a shell does, while it waits for a program.
-class IgnoredInterrupt {
+/// Holds back the signals that interrupt.
+class BlockedInterrupts {
  public:
-  IgnoredInterrupt() {
-    struct sigaction ignore = {};
-    ignore.sa_handler = SIG_IGN;
-    ::sigaction(SIGINT, &ignore, &before_);
+  BlockedInterrupts() {
+    sigset_t interrupts;
+    sigemptyset(&interrupts);
+    for (const int signal : PendingWork::kSignals) sigaddset(&interrupts, signal);
+    ::pthread_sigmask(SIG_BLOCK, &interrupts, &before_);
   }
-  IgnoredInterrupt(const IgnoredInterrupt&) = delete;
-  IgnoredInterrupt& operator=(const IgnoredInterrupt&) = delete;
-  ~IgnoredInterrupt() { ::sigaction(SIGINT, &before_, nullptr); }
+  BlockedInterrupts(const BlockedInterrupts&) = delete;
+  BlockedInterrupts& operator=(const BlockedInterrupts&) = delete;
+  ~BlockedInterrupts() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
-  [[nodiscard]] bool wasIgnored() const { return before_.sa_handler == SIG_IGN; }
+  [[nodiscard]] const sigset_t& before() const { return before_; }
 
  private:
-  struct sigaction before_ = {};
+  sigset_t before_ = {};
 };
 
 /// What the child's descriptors become between fork and exec.
@@ -58,17 +60,13 @@ class FileActions {
   posix_spawn_file_actions_t actions_ = {};
 };
 
-/// The signals that the child gets its own handling of.
+/// The signals that are blocked in the child.
 class Attributes {
  public:
-  explicit Attributes(bool keepsInterrupt) {
+  explicit Attributes(const sigset_t& blocked) {
     posix_spawnattr_init(&attributes_);
-    if (!keepsInterrupt) return;
-    sigset_t interrupt;
-    sigemptyset(&interrupt);
-    sigaddset(&interrupt, SIGINT);
-    posix_spawnattr_setsigdefault(&attributes_, &interrupt);
-    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF);
+    posix_spawnattr_setsigmask(&attributes_, &blocked);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK);
   }
   Attributes(const Attributes&) = delete;
   Attributes& operator=(const Attributes&) = delete;
@@ -80,18 +78,21 @@ class Attributes {
   posix_spawnattr_t attributes_ = {};
 };
 
-pid_t start(const std::vector<std::string>& command, int out, bool keepsInterrupt) {
+/// An interrupt finds the child registered as soon as there is one.
+pid_t start(const std::vector<std::string>& command, int out) {
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
   // The interface is older than const; nothing is written through these pointers.
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   const FileActions actions(out);
-  const Attributes attributes(keepsInterrupt);
+  const BlockedInterrupts blocked;
+  const Attributes attributes(blocked.before());
   pid_t child = 0;
   const int error = ::posix_spawn(&child, arguments.front(), actions.get(), attributes.get(),
                                   arguments.data(), environ);
   if (error != 0) throw failure(command.front() + ": " + std::strerror(error));
+  PendingWork::rememberChild(child);
   return child;
 }
 
@@ -107,6 +108,11 @@ std::string readAll(int descriptor) {
 }
 
 int statusOf(pid_t child) {
+  siginfo_t ended = {};
+  while (::waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT) < 0 &&
+         errno == EINTR) {
+  }
+  PendingWork::forgetChild();
   int status = 0;
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
@@ -158,8 +164,7 @@ ProgramResult runProgram(const std::vector<std::string>& command) {
   if (::pipe2(ends, O_CLOEXEC) != 0) throw failure(std::string("pipe: ") + std::strerror(errno));
   const UniqueFd readEnd(ends[0]);
   UniqueFd writeEnd(ends[1]);
-  const IgnoredInterrupt interrupt;
-  const pid_t child = start(command, writeEnd.get(), !interrupt.wasIgnored());
+  const pid_t child = start(command, writeEnd.get());
   writeEnd.reset();
   std::string out = readAll(readEnd.get());
   return {.status = statusOf(child), .out = std::move(out)};

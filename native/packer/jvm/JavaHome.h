@@ -15,9 +15,8 @@ struct ProgramResult {
   std::string out;
 };
 
-/// Runs the program, whose path comes first, with empty input. An interrupt meanwhile is the
-/// program's: vspack goes on and puts in order what the program leaves. Throws LauncherException,
-/// naming it, when it cannot be started.
+/// Runs the program, whose path comes first, with empty input. An interrupt meanwhile ends it with
+/// vspack. Throws LauncherException, naming it, when it cannot be started.
 [[nodiscard]] ProgramResult runProgram(const std::vector<std::string>& command);
 
 /// What a Java says of itself.

@@ -10,7 +10,7 @@
 #include "launcher/base/Exceptions.h"
 #include "packer/LauncherFileWriter.h"
 #include "packer/OutputFile.h"
-#include "packer/PendingFiles.h"
+#include "packer/PendingWork.h"
 #include "packer/Text.h"
 #include "support/TempTree.h"
 
@@ -109,7 +109,7 @@ TEST_F(OutputFileTest, WritesADeviceStraight) {
 
 TEST_F(OutputFileTest, AnInterruptRemovesIt) {
   const auto interrupted = [this] {
-    const PendingFiles pendingFiles;
+    const PendingWork pendingWork;
     OutputFile file(tree.path("out"));
     file.write(std::string(100000, 'x'));
     ::raise(SIGTERM);
@@ -121,7 +121,7 @@ TEST_F(OutputFileTest, AnInterruptRemovesIt) {
 TEST_F(OutputFileTest, AnIgnoredSignalStaysIgnored) {
   ::signal(SIGHUP, SIG_IGN);
   {
-    const PendingFiles pendingFiles;
+    const PendingWork pendingWork;
     ::raise(SIGHUP);
   }
   EXPECT_EQ(::signal(SIGHUP, SIG_DFL), SIG_IGN);
