@@ -83,6 +83,13 @@ void CancelSignals::cancel(int signal) {
   flag_.set();
 }
 
+int CancelSignals::cancelledBy() const {
+  for (int signal = 1; signal < kSignalLimit; ++signal) {
+    if (seen_[signal] != 0) return signal;
+  }
+  return 0;
+}
+
 void CancelSignals::onSignal(int signal) {
   if (living != nullptr) living->arrive(signal);
 }

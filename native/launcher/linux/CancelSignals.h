@@ -35,6 +35,9 @@ class CancelSignals {
   /// What a signal does when it is not only noted.
   void cancel(int signal);
 
+  /// A signal that has cancelled the run, for who ends as it would have; 0 when none has.
+  [[nodiscard]] int cancelledBy() const;
+
   [[nodiscard]] const CancelFlag& flag() const { return flag_; }
 
  private:

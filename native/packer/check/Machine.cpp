@@ -8,6 +8,7 @@
 
 #include "packer/ArchiveReader.h"
 #include "packer/MappedBytes.h"
+#include "packer/bundle/InstallerHead.h"
 
 namespace vessant {
 namespace {
@@ -125,6 +126,19 @@ std::string machineOfRuntime(const ByteSource& installer) {
     if (!machine.empty()) return machine;
     unpacked += isCompressed ? member->size : 0;
     if (unpacked > kMostUnpacked) break;
+  }
+  return "";
+}
+
+std::string jvmFileOfRuntime(const ByteSource& installer) {
+  constexpr std::size_t kMostText = 1U << 16U;
+  const MappedBytes mapped(installer);
+  const std::string_view bytes = mapped.bytes();
+  const std::size_t payload = findPayload(bytes);
+  if (payload == bytes.size()) return "";
+  ArchiveReader reader(bytes.substr(payload), ArchiveFormat::Tar);
+  while (const std::optional<ArchiveMember> member = reader.next()) {
+    if (member->name == kUnprovenJvmFile) return reader.contents(kMostText);
   }
   return "";
 }

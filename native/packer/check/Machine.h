@@ -14,6 +14,10 @@ namespace vessant {
 /// program in the tar file behind its shell script. Empty when that cannot be told quickly.
 [[nodiscard]] std::string machineOfRuntime(const ByteSource& installer);
 
+/// The JVM file that a JVM installer of `vspack bundle-jvm` leaves where it has unpacked its
+/// runtime. Empty for other installers: only running them tells. Takes as long as unpacking does.
+[[nodiscard]] std::string jvmFileOfRuntime(const ByteSource& installer);
+
 /// Whether a program is a launcher: it knows a launcher's options.
 [[nodiscard]] bool isLauncher(const ByteSource& program);
 

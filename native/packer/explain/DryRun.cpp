@@ -1,5 +1,6 @@
 #include "packer/explain/DryRun.h"
 
+#include <cstdio>
 #include <map>
 
 #include "launcher/base/Handles.h"
@@ -55,8 +56,7 @@ void planApplicationArchive(DryRun& run, const TagFile& script) {
   if (call == std::string::npos) return;
   const std::size_t start = call + kCall.size();
   const std::string file = command.substr(start, command.find('"', start) - start);
-  const SString directory = joinPath(run.tempFiles.tempRootSetting(), kPlannedDirectory);
-  run.launch.applicationArchive = joinPath(directory, fileNameOf(sstr(file)));
+  run.launch.applicationArchive = joinPath(sstr(plannedDirectory(run)), fileNameOf(sstr(file)));
 }
 
 }  // namespace
@@ -170,14 +170,13 @@ void readRunArguments(const std::vector<std::string>& words, RunArguments& run) 
   }
 }
 
-LaunchPlan planLaunch(DryRun& run, const FileIndexEntry& launchScript,
-                      const FileIndexEntry& jvmFile, const std::string& home) {
+LaunchPlan planLaunch(DryRun& run, const FileIndexEntry& launchScript, TagFile& jvmTags,
+                      const std::string& home) {
   const std::unique_ptr<TagFile> scriptTags = readTags(run, launchScript);
-  const std::unique_ptr<TagFile> jvmTags = readTags(run, jvmFile);
-  if (!home.empty()) jvmTags->setValue(jvmtag::kHome, absolutePath(sstr(home)));
+  if (!home.empty()) jvmTags.setValue(jvmtag::kHome, absolutePath(sstr(home)));
   planApplicationArchive(run, *scriptTags);
   LaunchScript script(*scriptTags, true, run.launch);
-  JvmTags jvm(*jvmTags);
+  JvmTags jvm(jvmTags);
   static_cast<void>(run.platform.take());
   const bool runs = std::exchange(run.platform.runs, false);
   LaunchPlan plan;
@@ -190,6 +189,19 @@ LaunchPlan planLaunch(DryRun& run, const FileIndexEntry& launchScript,
   }
   run.platform.runs = runs;
   return plan;
+}
+
+std::string plannedDirectory(const DryRun& run) {
+  return str(joinPath(run.tempFiles.tempRootSetting(), kPlannedDirectory));
+}
+
+std::unique_ptr<TagFile> tagsOf(const std::string& text, const std::string& name, DryRun& run) {
+  std::string bytes = text + "\n";  // fmemopen takes no empty text
+  const StdFile stream(::fmemopen(bytes.data(), bytes.size(), "r"));
+  if (stream == nullptr) throw failure(name + ": cannot be read");
+  auto tags = std::make_unique<TagFile>();
+  tags->load(stream.get(), sstr(name), 0, TagFile::kToEndOfFile, run.log);
+  return tags;
 }
 
 std::vector<SideFile> sideFilesOf(const DryRun& run) {

@@ -141,9 +141,18 @@ struct LaunchPlan {
   std::string failure;
 };
 
-/// What launching with this JVM file does, with `home` as its Java home unless that is empty.
+/// What launching with a JVM file of these tags does, with `home` as its Java home unless that is
+/// empty. The tags get what the launcher notes in them.
 [[nodiscard]] LaunchPlan planLaunch(DryRun& run, const FileIndexEntry& launchScript,
-                                    const FileIndexEntry& jvmFile, const std::string& home);
+                                    TagFile& jvmTags, const std::string& home);
+
+/// The directory that a run would unpack something into. The launcher makes the six letters at its
+/// end unique; so does the next call, and here all are the same.
+[[nodiscard]] std::string plannedDirectory(const DryRun& run);
+
+/// Tags from a text that no file holds. Throws LauncherException when the launcher would.
+[[nodiscard]] std::unique_ptr<TagFile> tagsOf(const std::string& text, const std::string& name,
+                                              DryRun& run);
 
 struct SideFile {
   std::string path;

@@ -1,70 +1,30 @@
 #include "packer/explain/ExplainCommand.h"
 
 #include <algorithm>
+#include <csignal>
 #include <memory>
 #include <ostream>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "launcher/base/PathUtil.h"
+#include "launcher/linux/CancelSignals.h"
+#include "launcher/tagfile/JvmTagNames.h"
 #include "packer/Installer.h"
 #include "packer/Text.h"
+#include "packer/check/Machine.h"
 #include "packer/check/Package.h"
 #include "packer/check/Statement.h"
 #include "packer/explain/HomeList.h"
 #include "packer/explain/StatementWords.h"
+#include "packer/jvm/JvmFileText.h"
 
 namespace vessant {
 namespace {
 
-const char* wordFor(HomeState state) {
-  if (state == HomeState::Exists) return "exists";
-  if (state == HomeState::Missing) return "missing";
-  return state == HomeState::NotExecutable ? "not executable" : "passed over";
-}
-
-void writeProperty(const PropertyAnswer& property, std::ostream& out) {
-  out << "        " << (property.isRight ? "ok     " : "wrong  ") << printable(property.name)
-      << ": wanted \"" << printable(property.wanted) << "\", got ";
-  if (property.got) {
-    out << '"' << printable(*property.got) << "\"\n";
-  } else {
-    out << "no answer\n";
-  }
-}
-
-void writeAnswer(const HomeAnswer& answer, std::ostream& out) {
-  if (!answer.answered) {
-    out << "      refused: the verification class did not answer; the command ended with status "
-        << answer.status << '\n'
-        << "        " << printable(answer.command) << '\n';
-    if (!answer.errors.empty()) out << "        it said: " << printable(answer.errors) << '\n';
-    return;
-  }
-  out << (answer.isTaken ? "      taken\n" : "      refused\n");
-  for (const PropertyAnswer& property : answer.properties) writeProperty(property, out);
-}
-
-void writeHome(const Home& home, std::ostream& out) {
-  std::string word = wordFor(home.state);
-  word.resize(16, ' ');
-  out << "    " << word << printable(home.path) << "  (" << printable(home.origin) << ")";
-  if (!home.reason.empty()) out << ": " << printable(home.reason);
-  out << '\n';
-  if (home.answer) writeAnswer(*home.answer, out);
-}
-
-void writeHomesOfFile(const HomesOfFile& file, std::ostream& out) {
-  out << "  " << printable(str(file.entry->fileName)) << ", \"" << printable(file.description)
-      << "\"\n";
-  if (!file.namesProperties) {
-    out << "    none: it names no JVM_PROPERTIES, so it is for ILAUNCH alone\n";
-    return;
-  }
-  if (file.isHidden) out << "    no hints: a file in front of it has SEARCH_ALL\n";
-  for (const Home& home : file.homes) writeHome(home, out);
-  if (file.searchesDisk) out << "    then, if no hint helps, the whole disk is searched\n";
-}
+/// Stands for the directory that INSTALL_JVM 2 asks the user for.
+constexpr const char* kAskedDirectory = "/DIRECTORY";
 
 class Explainer {
  public:
@@ -79,16 +39,24 @@ class Explainer {
   void writeHomes();
   void writeLaunches();
   void writeFoundLaunch();
+  void writeBundledHome();
+  void writeBundledLaunch();
   void writeEmbeddedLaunch(std::uint32_t id);
   void writePlan(const LaunchPlan& plan);
   void writeSideFiles();
   [[nodiscard]] bool has(Verb verb) const;
+  [[nodiscard]] std::string destination() const;
+  [[nodiscard]] std::string bundledHome(const TagFile& tags) const;
+  [[nodiscard]] std::unique_ptr<TagFile> bundledTags(const FileIndexEntry& installer);
 
   DryRun& run_;
   std::ostream& out_;
   const FileIndexEntry* launchScript_ = nullptr;
   std::vector<Statement> statements_;
   std::vector<HomesOfFile> homes_;
+  /// The JVM file of the runtime that the installer brings, when it brings one.
+  std::unique_ptr<TagFile> bundled_;
+  bool isBundleKnown_ = false;
 };
 
 void Explainer::write() {
@@ -137,6 +105,58 @@ void Explainer::writeHomes() {
   out_ << "\nThe Java homes, in the order in which they are tried\n";
   if (homes_.empty()) out_ << "  none: the installer has no JVM file\n";
   for (const HomesOfFile& file : homes_) writeHomesOfFile(file, out_);
+  if (has(Verb::InstallJvm)) writeBundledHome();
+}
+
+/// The directory that the first INSTALL_JVM unpacks into.
+std::string Explainer::destination() const {
+  const auto installs = [](const Statement& statement) {
+    return statement.verb == Verb::InstallJvm;
+  };
+  const auto install = std::find_if(statements_.begin(), statements_.end(), installs);
+  const bool asks = install != statements_.end() && install->argument(0) == "2";
+  return asks ? kAskedDirectory : plannedDirectory(run_);
+}
+
+/// As the launcher completes it when the runtime is unpacked.
+std::string Explainer::bundledHome(const TagFile& tags) const {
+  const SString home = tags.getValue(jvmtag::kHome);
+  if (home.isEmpty()) return destination();
+  return home.view().starts_with('/') ? str(home) : str(joinPath(sstr(destination()), home));
+}
+
+/// What the installer leaves as "jvm", or, where only running it tells, what most leave.
+std::unique_ptr<TagFile> Explainer::bundledTags(const FileIndexEntry& installer) {
+  const Installer file(str(run_.path));
+  const std::string text =
+      file.isWithin(installer) ? jvmFileOfRuntime(file.bytesOf(installer)) : "";
+  isBundleKnown_ = !text.empty();
+  KnownJava usual;
+  usual.isLookedFor = false;
+  return tagsOf(isBundleKnown_ ? text : jvmFileText(usual), "jvm", run_);
+}
+
+void Explainer::writeBundledHome() {
+  const FileIndexEntry* installer = run_.launcherFile.findByType(FileType::JvmInstaller);
+  if (installer == nullptr) return;
+  bundled_ = bundledTags(*installer);
+  out_ << "  " << printable(str(installer->fileName)) << ", which the installer brings\n"
+       << "    to be unpacked  " << printable(bundledHome(*bundled_)) << "  (INSTALL_JVM)\n";
+}
+
+void Explainer::writeBundledLaunch() {
+  const FileIndexEntry* installer = run_.launcherFile.findByType(FileType::JvmInstaller);
+  if (installer == nullptr || bundled_ == nullptr) return;
+  out_ << "\nLaunching with the Java of " << printable(str(installer->fileName))
+       << ", unpacked into " << printable(destination()) << '\n';
+  if (destination() == kAskedDirectory) {
+    out_ << "  " << kAskedDirectory << " stands for the directory that the user names\n";
+  }
+  if (!isBundleKnown_) {
+    out_ << "  only running " << printable(str(installer->fileName))
+         << " tells the JVM file that it leaves; this is with the tags that most have\n";
+  }
+  writePlan(planLaunch(run_, *launchScript_, *bundled_, bundledHome(*bundled_)));
 }
 
 bool Explainer::has(Verb verb) const {
@@ -150,6 +170,7 @@ void Explainer::writeLaunches() {
     return;
   }
   if (has(Verb::Launch)) writeFoundLaunch();
+  if (has(Verb::Launch) && has(Verb::InstallJvm)) writeBundledLaunch();
   std::set<std::uint32_t> written;
   for (const Statement& statement : statements_) {
     if (statement.verb != Verb::ILaunch) continue;
@@ -161,10 +182,6 @@ void Explainer::writeLaunches() {
 
 void Explainer::writeFoundLaunch() {
   const std::optional<ChosenHome> chosen = chooseHome(homes_);
-  if (has(Verb::InstallJvm)) {
-    out_ << "\nLaunching with the JVM that the installer brings is not shown: only unpacking it "
-            "tells where it lies.\n";
-  }
   if (!chosen) {
     if (has(Verb::FindJvm)) out_ << "\nNo Java is found by the hints: N1 is 0 behind FIND_JVM.\n";
     return;
@@ -172,7 +189,8 @@ void Explainer::writeFoundLaunch() {
   out_ << "\nLaunching with " << printable(str(chosen->file->entry->fileName))
        << " and the Java at " << printable(chosen->home->path)
        << (chosen->home->answer ? "" : ", if that is verified (--try tells)") << '\n';
-  writePlan(planLaunch(run_, *launchScript_, *chosen->file->entry, chosen->home->path));
+  writePlan(
+      planLaunch(run_, *launchScript_, *readTags(run_, *chosen->file->entry), chosen->home->path));
 }
 
 void Explainer::writeEmbeddedLaunch(std::uint32_t id) {
@@ -180,7 +198,7 @@ void Explainer::writeEmbeddedLaunch(std::uint32_t id) {
   if (file == nullptr || file->type != FileType::JvmFile) return;
   out_ << "\nLaunching with the embedded JVM file " << id << ", " << printable(str(file->fileName))
        << '\n';
-  writePlan(planLaunch(run_, *launchScript_, *file, ""));
+  writePlan(planLaunch(run_, *launchScript_, *readTags(run_, *file), ""));
 }
 
 void Explainer::writePlan(const LaunchPlan& plan) {
@@ -223,7 +241,20 @@ void setVariable(DryRun& run, const std::string& setting) {
                                       sstr(setting.substr(equals + 1)));
 }
 
-void explainInstaller(const ExplainOptions& options, const Session& session) {
+/// A signal first ends the Java that is being asked and has the verification class removed; then it
+/// ends vspack as it would have anyhow. Returns it, or 0.
+int explainTrying(DryRun& run, std::ostream& out) {
+  const CancelSignals signals(run.cancelFlag);
+  try {
+    Explainer(run, out).write();
+  } catch (const LauncherException&) {
+    if (signals.cancelledBy() == 0) throw;
+  }
+  return signals.cancelledBy();
+}
+
+/// Returns the signal that is to end vspack, or 0.
+int explainInstaller(const ExplainOptions& options, const Session& session) {
   Installer(options.installer).requireIndex();
   RunArguments arguments;
   readRunArguments(options.arguments, arguments);
@@ -232,7 +263,9 @@ void explainInstaller(const ExplainOptions& options, const Session& session) {
   for (const std::string& setting : options.variables) setVariable(run, setting);
   run.platform.runs = options.tries;
   run.files.extractsVerification = options.tries;
+  if (options.tries) return explainTrying(run, session.out);
   Explainer(run, session.out).write();
+  return 0;
 }
 
 }  // namespace
@@ -250,7 +283,10 @@ void addExplainCommand(CLI::App& app, Session& session) {
   command->add_flag("--try", options->tries,
                     "Run the verification of each Java home and show what it answers");
   command->add_option("ARGS", options->arguments, "Arguments of the installer, behind --");
-  command->callback([options, &session] { explainInstaller(*options, session); });
+  command->callback([options, &session] {
+    const int signal = explainInstaller(*options, session);
+    if (signal != 0) std::raise(signal);
+  });
 }
 
 }  // namespace vessant

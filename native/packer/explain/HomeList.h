@@ -1,6 +1,7 @@
 // The Java homes that the launcher would try, found by the launcher's own search.
 #pragma once
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,6 +58,9 @@ struct HomesOfFile {
 /// The files in their order, each with its homes in theirs; the home that the user named comes
 /// first in each. With the platform of `run` set to run commands, each home is verified.
 [[nodiscard]] std::vector<HomesOfFile> listHomes(DryRun& run);
+
+/// Writes the file's homes, a line each, and below each that was run what it answered.
+void writeHomesOfFile(const HomesOfFile& file, std::ostream& out);
 
 /// The home that the launcher would take: the first that was taken, or, where nothing was run, the
 /// first that exists. Nothing when there is none.

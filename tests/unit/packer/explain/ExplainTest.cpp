@@ -1,16 +1,23 @@
 // The real vspack explain, on a machine of the test's own: what it says, to the letter, and that
 // nothing happens.
 
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <regex>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "support/BuildPaths.h"
 #include "support/FakeJavaHome.h"
 #include "support/LauncherFileBuilder.h"
 #include "support/ProcessRunner.h"
+#include "support/RunningProcess.h"
 #include "support/TempTree.h"
+#include "unit/packer/check/JarBuilder.h"
 
 namespace vessant::test {
 namespace {
@@ -69,7 +76,7 @@ class ExplainTest : public testing::Test {
     setup.write(tree.path("setup.bin"));
   }
 
-  ProcessResult explain(std::vector<std::string> more = {}) {
+  ProcessRequest requestFor(const std::vector<std::string>& more) {
     std::vector<std::string> command = {kVspack, "explain", tree.path("setup.bin")};
     command.insert(command.end(), more.begin(), more.end());
     ProcessRequest request{command};
@@ -78,7 +85,11 @@ class ExplainTest : public testing::Test {
                            {"TMPDIR", tree.path("tmp")},
                            {"WORD", "word"},
                            {"MY_JAVA", tree.path("gone")}};
-    ProcessResult result = runProcess(request);
+    return request;
+  }
+
+  ProcessResult explain(const std::vector<std::string>& more = {}) {
+    ProcessResult result = runProcess(requestFor(more));
     result.out = std::regex_replace(result.out, std::regex(tree.root()), "TREE");
     return result;
   }
@@ -87,6 +98,40 @@ class ExplainTest : public testing::Test {
   LauncherFileBuilder setup;
   std::string jvmFile;
 };
+
+/// A Java that tells its process id through a pipe when it is asked, and then does not answer.
+class InterruptedTryTest : public ExplainTest, public testing::WithParamInterface<int> {
+ protected:
+  InterruptedTryTest() {
+    const std::string pipe = tree.path("pipe");
+    EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const std::string java =
+        tree.file("slow/bin/java", "#!/bin/sh\necho $$ > " + pipe + "\nexec sleep 60\n");
+    std::filesystem::permissions(java, std::filesystem::perms::owner_all);
+    build();
+  }
+
+  pid_t idOfJava() {
+    pid_t id = 0;
+    std::ifstream(tree.path("pipe")) >> id;
+    return id;
+  }
+};
+
+TEST_P(InterruptedTryTest, LeavesNeitherTheVerificationClassNorAChild) {
+  RunningProcess run(requestFor({"--try", "--java-home", tree.path("slow")}),
+                     RunningProcess::Console::Pipe);
+  const pid_t java = idOfJava();
+  ASSERT_GT(java, 0);
+  EXPECT_FALSE(std::filesystem::is_empty(tree.path("tmp"))) << "the class is there by now";
+  run.send(GetParam());
+  EXPECT_EQ(run.wait(), 128 + GetParam());
+  EXPECT_TRUE(std::filesystem::is_empty(tree.path("tmp")));
+  EXPECT_EQ(::kill(java, 0), -1);
+  EXPECT_EQ(errno, ESRCH);
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptedTryTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 constexpr const char* kGolden =
     "TREE/setup.bin\n"
@@ -235,6 +280,42 @@ TEST_F(ExplainTest, RefusesWhatItCannotRead) {
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.err, HasSubstr("write NAME=value"));
   EXPECT_THAT(result.out, IsEmpty());
+}
+
+/// An installer that unpacks what it brings and launches with that.
+class BundledTest : public ExplainTest {
+ protected:
+  std::string explainWith(const std::string& mode, const std::string& runtime) {
+    setup.add(FileKind::kScript, 1, "s",
+              "INSTRUCTIONS:\nINSTALL_JVM " + mode + "\nLAUNCH \"@S1@\" 0\n/:\n");
+    setup.add(kLaunchScript, 2, "l", "COMMAND: \"@JVM_HOME@/@JVM_EXE@\" @WORD@ Main\n");
+    setup.add(kJvmInstaller, 3, "runtime", runtime);
+    setup.write(tree.path("setup.bin"));
+    return explain({"--", "-vs:tempdir", "/roomy"}).out;
+  }
+};
+
+TEST_F(BundledTest, ReadsTheJvmFileThatABundledRuntimeLeaves) {
+  const std::string runtime =
+      "#!/bin/sh\nexit 0\n" +
+      tarBytes({{"jre/bin/java", "x"}, {"jvm.new", "JVM_HOME: jre\nJVM_EXE: bin/j\nWORD: w\n"}});
+  const std::string out = explainWith("0", runtime);
+  EXPECT_THAT(out, HasSubstr("  runtime, which the installer brings\n"
+                             "    to be unpacked  /roomy/vsjXXXXXX/jre  (INSTALL_JVM)\n"));
+  EXPECT_THAT(out, HasSubstr("Launching with the Java of runtime, unpacked into /roomy/vsjXXXXXX\n"
+                             "  command:     \"/roomy/vsjXXXXXX/jre/bin/j\" w Main\n"));
+  EXPECT_THAT(out, HasSubstr("  environment: JAVA_HOME=/roomy/vsjXXXXXX/jre\n"));
+}
+
+TEST_F(BundledTest, SaysWhatOnlyARunTells) {
+  const std::string out = explainWith("2", "#!/bin/sh\nexit 0\n");
+  EXPECT_THAT(out, HasSubstr("    to be unpacked  /DIRECTORY  (INSTALL_JVM)\n"));
+  EXPECT_THAT(
+      out, HasSubstr("Launching with the Java of runtime, unpacked into /DIRECTORY\n"
+                     "  /DIRECTORY stands for the directory that the user names\n"
+                     "  only running runtime tells the JVM file that it leaves; this is with the "
+                     "tags that most have\n"
+                     "  command:     \"/DIRECTORY/bin/java\" "));
 }
 
 TEST_F(ExplainTest, EveryStatementHasWords) {
