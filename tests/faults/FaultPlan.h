@@ -17,7 +17,7 @@ namespace vessant::test {
 // clang-format off
 #define VESSANT_FAULTY_CALLS(CALL) \
   CALL(access) CALL(chdir) CALL(chmod) CALL(close) CALL(closedir) CALL(copy_file_range) \
-  CALL(dup) CALL(dup2) CALL(execl) CALL(execve) CALL(execvp) CALL(fallocate) CALL(fchdir) \
+  CALL(dup) CALL(dup2) CALL(eventfd) CALL(execl) CALL(execve) CALL(execvp) CALL(fallocate) CALL(fchdir) \
   CALL(fchmod) CALL(fchmodat) CALL(fclose) CALL(fcntl) CALL(fdopen) CALL(fdopendir) \
   CALL(fflush) CALL(fopen) CALL(fork) CALL(fread) CALL(fseek) CALL(fseeko) CALL(fstat) \
   CALL(fstatat) CALL(ftello) CALL(ftruncate) CALL(fwrite) CALL(getcwd) CALL(getdents64) \

@@ -88,6 +88,7 @@ MOVING(ssize_t, copy_file_range, -1, EIO, count,
        (in, from, out, to, count, flags))
 FAILING(int, dup, -1, EMFILE, (int fd), (fd))
 FAILING(int, dup2, -1, EMFILE, (int fd, int target), (fd, target))
+FAILING(int, eventfd, -1, EMFILE, (unsigned count, int flags), (count, flags))
 FAILING(int, execve, -1, ENOENT, (Path path, char* const* arguments, char* const* environment),
         (path, arguments, environment))
 FAILING(int, execvp, -1, ENOENT, (Path path, char* const* arguments), (path, arguments))

@@ -108,6 +108,17 @@ TEST_F(CleanUp, AnEntryIsExtractedInPlaceOfALinkOrAPipe) {
   expectPreciousIsThere();
 }
 
+TEST_F(CleanUp, TheInputFileIsWrittenInPlaceOfALinkOrAPipe) {
+  file.add(kApplicationArchive, 1, "one", "new");
+  std::filesystem::create_symlink(tree.path("precious/file"), startDirectory + "/input.tag");
+  EXPECT_THAT(runBare({"-vs:extract"}), Ended(0, ".\n"));
+  expectPreciousIsThere();
+  std::filesystem::remove(startDirectory + "/input.tag");
+  ASSERT_EQ(::mkfifo((startDirectory + "/input.tag").c_str(), 0600), 0);
+  EXPECT_THAT(runBare({"-vs:extract"}), Ended(0, ".\n"));
+  EXPECT_THAT(readFile(startDirectory + "/input.tag"), HasSubstr("ACTION:"));
+}
+
 struct HostileEntry : CleanUp, ::testing::WithParamInterface<const char*> {};
 
 TEST_P(HostileEntry, IsRefusedAndNamedInTheLog) {

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "system/SystemTest.h"
@@ -125,6 +126,14 @@ TEST_F(NoExecRoot, IsNoMatterToARunThatStartsNothingThere) {
   const std::optional<ProcessResult> result = runInNoExecRoot();
   if (!result) GTEST_SKIP() << "no disk can be mounted here";
   EXPECT_THAT(*result, Ended(0, "Demo\narchive\n"));
+}
+
+TEST_F(HardPlaces, AreLogsThatArePipesWithoutAReader) {
+  addScript({"ILAUNCH 3 0"});
+  addLaunchScript("exit 7");
+  addJvmFile("17");
+  ASSERT_EQ(::mkfifo(logName().c_str(), 0600), 0);
+  EXPECT_THAT(runLogged(), Ended(7, "Demo\n"));
 }
 
 TEST_F(HardPlaces, AreCommandsLongerThanTheSystemTakes) {

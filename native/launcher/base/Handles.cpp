@@ -7,10 +7,8 @@
 namespace vessant {
 
 StdFile openFile(const SString& path, OpenMode mode) {
-  const char* flags = "rbe";  // "e" is the C library's close-on-exec
-  if (mode == OpenMode::Write) flags = "wbe";
-  if (mode == OpenMode::Append) flags = "ae";
-  return StdFile(std::fopen(path.cString(), flags));
+  // "e" is the C library's close-on-exec.
+  return StdFile(std::fopen(path.cString(), mode == OpenMode::Write ? "wbe" : "rbe"));
 }
 
 DirStream openDirectory(const SString& path) {

@@ -20,7 +20,7 @@ struct StreamCloser {
 /// An owned stream; null when it could not be opened (errno tells why).
 using StdFile = std::unique_ptr<std::FILE, StreamCloser>;
 
-enum class OpenMode { Read, Write, Append };
+enum class OpenMode { Read, Write };
 
 /// Opens a file as bytes.
 [[nodiscard]] StdFile openFile(const SString& path, OpenMode mode);

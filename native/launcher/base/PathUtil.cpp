@@ -11,10 +11,19 @@ namespace {
 constexpr std::string_view kAnySeparator = "/\\";
 constexpr std::size_t kPathBufferSize = 1024;
 
+/// Some sandboxes are older than statx and refuse it.
+std::optional<FileIdentity> askWithoutBirth(int fd, const char* name, int flags) {
+  struct stat status = {};
+  if (::fstatat(fd, name, &status, flags) != 0) return std::nullopt;
+  return FileIdentity{status.st_dev, status.st_ino, 0};
+}
+
 std::optional<FileIdentity> askIdentity(int fd, const char* name, int flags) {
   constexpr std::int64_t kNanoseconds = 1'000'000'000;
   struct statx status = {};
-  if (::statx(fd, name, flags, STATX_INO | STATX_BTIME, &status) != 0) return std::nullopt;
+  if (::statx(fd, name, flags, STATX_INO | STATX_BTIME, &status) != 0) {
+    return askWithoutBirth(fd, name, flags);
+  }
   const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
   return FileIdentity{
       makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino,

@@ -35,10 +35,13 @@ void ensureTrailingSeparator(SString& path);
 struct FileIdentity {
   dev_t device = 0;
   ino_t inode = 0;
-  /// When the file was made, in nanoseconds, because inode numbers are used again; 0 where the file
-  /// system does not know.
+  /// When the file was made, in nanoseconds, because inode numbers are used again; 0 where it
+  /// cannot be told, and then it tells nothing.
   std::int64_t birth = 0;
-  bool operator==(const FileIdentity&) const = default;
+  bool operator==(const FileIdentity& other) const {
+    const bool sameBirth = birth == other.birth || birth == 0 || other.birth == 0;
+    return device == other.device && inode == other.inode && sameBirth;
+  }
 };
 
 /// The identity of an open file, or of what lies under a name in an open directory (AT_FDCWD for

@@ -1,5 +1,8 @@
 #include "launcher/driver/CommandLineActions.h"
 
+#include <fcntl.h>
+
+#include "launcher/archive/NewFile.h"
 #include "launcher/base/Exceptions.h"
 #include "launcher/base/Handles.h"
 #include "launcher/base/TextUtil.h"
@@ -196,6 +199,9 @@ void PackageExtraction::writeExtractedInputFile() {
     nameInInputFile(entry, tags);
     static_cast<void>(services_.extractor.extractFile(entry, "", PartialFile::Removed));
   }
+  // As the files are: through no link and into no pipe.
+  const UniqueFd launcher(::open(state_.originalLauncherFileName.cString(), O_RDONLY | O_CLOEXEC));
+  const NewFile place("", kExtractedInputFile, launcher);
   tags.save(kExtractedInputFile);
 }
 

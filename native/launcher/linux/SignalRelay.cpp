@@ -71,6 +71,12 @@ bool diedOf(int signal, int status) {
   return WEXITSTATUS(status) == kShellSignalBase + signal;
 }
 
+/// A process that is stopped heeds no signal until it goes on.
+void deliver(pid_t process, int signal) {
+  static_cast<void>(::kill(process, signal));
+  static_cast<void>(::kill(process, SIGCONT));
+}
+
 }  // namespace
 
 GroupWitness::GroupWitness() {
@@ -152,8 +158,12 @@ void SignalRelay::handOn(int signal) const {
   if (shell_ <= 0) return;
   const std::vector<pid_t> programs = programsOf(shell_);
   // A program that ends at this moment needs no signal any more.
-  for (const pid_t program : programs) static_cast<void>(::kill(program, signal));
-  if (programs.empty()) static_cast<void>(::kill(shell_, signal));
+  for (const pid_t program : programs) deliver(program, signal);
+  if (programs.empty()) {
+    deliver(shell_, signal);
+  } else {
+    static_cast<void>(::kill(shell_, SIGCONT));  // to see its program end
+  }
 }
 
 void SignalRelay::shellEnded(int status) {

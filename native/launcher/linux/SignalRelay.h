@@ -38,8 +38,8 @@ class GroupWitness {
 /// While it lives, signals are only noted until `handle` decides about them:
 ///
 /// A signal to the launcher alone is handed on to what the child's shell runs, to the shell itself
-/// when it runs nothing, and cancels the run. One that has gone to the whole process group has
-/// reached the program already.
+/// when it runs nothing, and cancels the run; what is stopped goes on. One that has gone to the
+/// whole process group has reached the program already.
 ///
 /// Ctrl-C, SIGINT to the group, is the program's: it cancels the run only when the program dies of
 /// it. SIGQUIT is the request for a thread dump: wherever it comes from, it cancels the run only

@@ -1,16 +1,22 @@
 // Deleting trees, what stays of them, and which warnings tell of it.
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "launcher/base/DeleteFullDir.h"
@@ -340,6 +346,33 @@ TEST_F(DeleteFullDirTest, ANewTreeWithTheOldNumberStays) {
   tree.file("top/precious");
   DeleteFullDir(run.services, ours).navigate(SString(top));
   EXPECT_EQ(tree.list("top"), Paths{"precious"});
+}
+
+/// What sandboxes do that are older than the call.
+void refuseStatx() {
+  sock_filter rules[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_statx, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  const sock_fprog program = {static_cast<unsigned short>(std::size(rules)), rules};
+  ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+}
+
+TEST_F(DeleteFullDirTest, ATreeGoesWhereTheSystemTellsNoBirth) {
+  const std::string top = tree.dir("top");
+  const auto ours = identityOf(AT_FDCWD, top.c_str());
+  tree.file("top/a/file");
+  EXPECT_EXIT(
+      {
+        refuseStatx();
+        DeleteFullDir(run.services, ours).navigate(SString(top));
+        ::_exit(run.log.lines().empty() ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "");
+  EXPECT_FALSE(fs::exists(top));
 }
 
 // While a file is deleted, somebody exchanges the directories above it for a link to others.

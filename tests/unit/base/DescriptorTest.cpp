@@ -40,16 +40,10 @@ UniqueFd anyDescriptor() {
   return UniqueFd(::open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-TEST_F(StdFileTest, WritingReplacesAndAppendingAdds) {
+TEST_F(StdFileTest, WritingReplaces) {
   writeAll(OpenMode::Write, "first\r\n");
   writeAll(OpenMode::Write, "second\n");
-  writeAll(OpenMode::Append, "third\n");
-  EXPECT_EQ(readFile(tree_.path("file")), "second\nthird\n");
-}
-
-TEST_F(StdFileTest, AppendingMakesTheFile) {
-  writeAll(OpenMode::Append, "text");
-  EXPECT_EQ(readFile(tree_.path("file")), "text");
+  EXPECT_EQ(readFile(tree_.path("file")), "second\n");
 }
 
 TEST_F(StdFileTest, WhatCannotBeOpenedIsNullAndErrnoTellsWhy) {
@@ -62,7 +56,7 @@ TEST_F(StdFileTest, WhatCannotBeOpenedIsNullAndErrnoTellsWhy) {
 
 TEST_F(StdFileTest, NoModeLetsAChildInheritTheDescriptor) {
   tree_.file("file");
-  for (const OpenMode mode : {OpenMode::Read, OpenMode::Write, OpenMode::Append}) {
+  for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
     const StdFile file = openFile(path("file"), mode);
     ASSERT_NE(file, nullptr);
     EXPECT_TRUE(closesOnExec(::fileno(file.get())));

@@ -202,6 +202,18 @@ TEST(SignalRelay, NothingReachesProcessesThatAreNotTheLaunchers) {
   EXPECT_EQ(result.out, "");
 }
 
+TEST(SignalRelay, AStoppedProgramGoesOnToHeedTheSignal) {
+  const std::string wake = "(sleep 0.2; kill -TERM $LAUNCHER) & ";
+  EXPECT_EQ(launch(wake + program("trap \"echo got; exit 3\" TERM; kill -STOP $$; exit 9")),
+            std::string("got\n3") + kCancelled);
+}
+
+TEST(SignalRelay, AStoppedShellGoesOnToSeeItsProgramEnd) {
+  const std::string wake = "(sleep 0.2; kill -TERM $LAUNCHER) & ";
+  EXPECT_EQ(launch(program("trap \"exit 3\" TERM; " + wake + "kill -STOP $PPID; " + kWait)),
+            std::string("3") + kCancelled);
+}
+
 TEST(SignalRelay, DoesNotWaitForAWitnessThatIsStopped) {
   const std::string stopOthers =
       "for p in $(cat /proc/$LAUNCHER/task/$LAUNCHER/children); do "
