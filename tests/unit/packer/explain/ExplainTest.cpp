@@ -288,7 +288,7 @@ class BundledTest : public ExplainTest {
   std::string explainWith(const std::string& mode, const std::string& runtime) {
     setup.add(FileKind::kScript, 1, "s",
               "INSTRUCTIONS:\nINSTALL_JVM " + mode + "\nLAUNCH \"@S1@\" 0\n/:\n");
-    setup.add(kLaunchScript, 2, "l", "COMMAND: \"@JVM_HOME@/@JVM_EXE@\" @WORD@ Main\n");
+    setup.add(kLaunchScript, 2, "l", "COMMAND: '@JVM_HOME@/@JVM_EXE@' @WORD@ Main\n");
     setup.add(kJvmInstaller, 3, "runtime", runtime);
     setup.write(tree.path("setup.bin"));
     return explain({"--", "-vs:tempdir", "/roomy"}).out;
@@ -303,7 +303,7 @@ TEST_F(BundledTest, ReadsTheJvmFileThatABundledRuntimeLeaves) {
   EXPECT_THAT(out, HasSubstr("  runtime, which the installer brings\n"
                              "    to be unpacked  /roomy/vsjXXXXXX/jre  (INSTALL_JVM)\n"));
   EXPECT_THAT(out, HasSubstr("Launching with the Java of runtime, unpacked into /roomy/vsjXXXXXX\n"
-                             "  command:     \"/roomy/vsjXXXXXX/jre/bin/j\" w Main\n"));
+                             "  command:     '/roomy/vsjXXXXXX/jre/bin/j' w Main\n"));
   EXPECT_THAT(out, HasSubstr("  environment: JAVA_HOME=/roomy/vsjXXXXXX/jre\n"));
 }
 
@@ -315,7 +315,7 @@ TEST_F(BundledTest, SaysWhatOnlyARunTells) {
                      "  /DIRECTORY stands for the directory that the user names\n"
                      "  only running runtime tells the JVM file that it leaves; this is with the "
                      "tags that most have\n"
-                     "  command:     \"/DIRECTORY/bin/java\" "));
+                     "  command:     '/DIRECTORY/bin/java' "));
 }
 
 TEST_F(ExplainTest, EveryStatementHasWords) {
