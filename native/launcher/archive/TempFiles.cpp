@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include <fcntl.h>
@@ -133,13 +134,17 @@ SString TempFiles::newName() {
   return absolutePath(name.get());
 }
 
-void deleteOwnExecutable(const SString& launcherFileName) {
-  // The run is over: a launcher that cannot be removed, or a directory that holds more than the
-  // launcher, simply stays.
+/// The run is over: a launcher that cannot be removed, or a directory that holds more than the
+/// launcher, or has a name for which there is no memory, simply stays.
+void deleteOwnExecutable(const SString& launcherFileName) noexcept {
   static_cast<void>(::unlink(launcherFileName.cString()));
   const SString::Size separator = launcherFileName.rfind("/");
   if (separator == SString::npos) return;
-  static_cast<void>(::rmdir(launcherFileName.substr(0, separator).cString()));
+  try {
+    static_cast<void>(::rmdir(launcherFileName.substr(0, separator).cString()));
+  } catch (const std::bad_alloc&) {
+    return;
+  }
 }
 
 }  // namespace vessant

@@ -69,6 +69,6 @@ class TempFiles {
 
 /// Removes an embedded launcher's own file, and its directory when that is then empty. Failures are
 /// ignored: the run is over.
-void deleteOwnExecutable(const SString& launcherFileName);
+void deleteOwnExecutable(const SString& launcherFileName) noexcept;
 
 }  // namespace vessant

@@ -14,7 +14,7 @@ class LinuxPlatformImpl : public Platform {
  public:
   /// Runs the command to its end in a child process, or becomes it: then it returns, with an empty
   /// result, only when that failed. What stands in the buffer of standard output is written first.
-  /// Throws LauncherException when no child can be started.
+  /// Throws what runChildProcess throws.
   ChildResult executeCommand(const ChildCommand& command, ProgressSink& progress) override;
 
   [[nodiscard]] SString getEnvironmentVariable(const SString& name) const override;

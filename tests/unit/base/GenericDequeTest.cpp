@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "launcher/base/Deque.h"
+#include "support/AllocationWatch.h"
 #include "support/FakeRun.h"
-#include "unit/base/AllocationWatch.h"
 #include "unit/base/Tracked.h"
 
 namespace vessant::test {

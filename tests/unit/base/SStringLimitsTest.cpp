@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "launcher/base/SString.h"
+#include "support/AllocationWatch.h"
 #include "support/FakeRun.h"
-#include "unit/base/AllocationWatch.h"
 
 namespace vessant::test {
 namespace {

@@ -1,13 +1,16 @@
 // The run, its variables and its clean-up.
 
 #include <filesystem>
+#include <limits>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "launcher/base/Exceptions.h"
 #include "launcher/driver/LauncherMain.h"
+#include "support/AllocationWatch.h"
 #include "support/StandardStreams.h"
 #include "unit/driver/DriverRun.h"
 
@@ -16,6 +19,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr std::int32_t kSmallest = -2147483647 - 1;
 
@@ -242,8 +246,8 @@ TEST(CleanUp, DeletesWhatTheRunMade) {
 
 /// A copy of the launcher in a directory of its own, as an outer launcher makes it.
 struct EmbeddedCopy {
-  EmbeddedCopy() {
-    run.script({"// nothing"});
+  explicit EmbeddedCopy(const std::string& statement = "// nothing") {
+    run.verificationClass().script({statement});
     outer = run.file.write(run.tree.path("outer.bin"));
     run.launcherFile = run.tree.file("inner/launcher");
   }
@@ -268,6 +272,31 @@ TEST(CleanUp, OfAnEmbeddedLauncherKeepsADirectoryThatHoldsMore) {
   copy.run.end();
   EXPECT_FALSE(std::filesystem::exists(copy.run.launcherFile));
   EXPECT_TRUE(std::filesystem::exists(more));
+}
+
+TEST(CleanUp, ThatStopsAtAFailingPathLeavesTheLauncherWithWhatIsLeft) {
+  EmbeddedCopy copy("FIND_JVM 0 0");
+  copy.run.run({"-vs:orig", copy.outer});
+  const std::vector<std::string> made = copy.run.tempFiles();
+  ASSERT_THAT(made, Not(IsEmpty()));
+  {
+    AllocationWatch watch;
+    watch.failNext(std::numeric_limits<int>::max());
+    copy.run.end();
+  }
+  EXPECT_EQ(copy.run.tempFiles(), made);
+  EXPECT_TRUE(std::filesystem::exists(copy.run.launcherFile));
+}
+
+TEST(CleanUp, OfAnEmbeddedLauncherPassesOverALackOfMemory) {
+  EmbeddedCopy copy;
+  copy.run.run({"-vs:orig", copy.outer});
+  {
+    AllocationWatch watch;
+    watch.failNext(std::numeric_limits<int>::max());
+    copy.run.end();
+  }
+  EXPECT_FALSE(std::filesystem::exists(copy.run.launcherFile));
 }
 
 TEST(CleanUp, KeepsTheFileOfALauncherThatIsNotEmbedded) {

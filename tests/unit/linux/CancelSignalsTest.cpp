@@ -1,4 +1,6 @@
 #include <csignal>
+#include <functional>
+#include <string>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -17,6 +19,27 @@ void resetSignals() {
   for (int signal = 1; signal <= SIGRTMAX; ++signal) ::signal(signal, SIG_DFL);
 }
 
+/// Runs `piece` in a process of its own, in which every signal has its default and a CancelSignals
+/// lives.
+ForkedResult runCaught(const std::function<int(const CancelFlag&, CancelSignals&)>& piece) {
+  return runForked([&] {
+    resetSignals();
+    CancelFlag flag;
+    CancelSignals signals(flag);
+    return piece(flag, signals);
+  });
+}
+
+/// The same for a signal that comes twice: what becomes of the process. 1 when the flag is set.
+int statusAfterTwo(int signal) {
+  return runCaught([&](const CancelFlag& flag, CancelSignals&) {
+           ::raise(signal);
+           ::raise(signal);
+           return flag.isSet() ? 1 : 0;
+         })
+      .status;
+}
+
 class Cancelling : public testing::TestWithParam<int> {};
 
 INSTANTIATE_TEST_SUITE_P(Signals, Cancelling,
@@ -25,10 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Signals, Cancelling,
                                          SIGPWR, SIGRTMIN, SIGRTMAX));
 
 TEST_P(Cancelling, SetsTheFlag) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
+  const ForkedResult result = runCaught([](const CancelFlag& flag, CancelSignals&) {
     if (flag.isSet()) return 1;
     ::raise(GetParam());
     return flag.isSet() ? 0 : 2;
@@ -37,15 +57,7 @@ TEST_P(Cancelling, SetsTheFlag) {
 }
 
 TEST_P(Cancelling, ASecondTimeEndsTheProcess) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
-    ::raise(GetParam());
-    ::raise(GetParam());
-    return 0;
-  });
-  EXPECT_EQ(result.status, kKilled + GetParam());
+  EXPECT_EQ(statusAfterTwo(GetParam()), kKilled + GetParam());
 }
 
 TEST_P(Cancelling, AnIgnoredSignalStaysIgnored) {
@@ -73,10 +85,7 @@ TEST_P(Cancelling, EndsWithTheObject) {
 }
 
 TEST_P(Cancelling, IsNotInheritedByThePrograms) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
+  const ForkedResult result = runCaught([](const CancelFlag& flag, CancelSignals&) {
     ChildRunner runner;
     // The shell that the launcher starts has a trap of its own.
     runner.pass("sh -c 'kill -" + std::to_string(GetParam()) + " $$; echo survived' 2>/dev/null");
@@ -86,43 +95,9 @@ TEST_P(Cancelling, IsNotInheritedByThePrograms) {
   EXPECT_EQ(result.out, "");
 }
 
-class Harmless : public testing::TestWithParam<int> {};
-
-INSTANTIATE_TEST_SUITE_P(Signals, Harmless, testing::Values(SIGPIPE, SIGXFSZ, SIGCHLD, SIGWINCH));
-
-TEST_P(Harmless, NeitherCancelsNorEndsTheProcess) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
-    ::raise(GetParam());
-    ::raise(GetParam());
-    return flag.isSet() ? 1 : 0;
-  });
-  EXPECT_EQ(result.status, 0);
-}
-
-class Crash : public testing::TestWithParam<int> {};
-
-INSTANTIATE_TEST_SUITE_P(Signals, Crash, testing::Values(SIGABRT, SIGBUS, SIGTRAP, SIGSYS));
-
-TEST_P(Crash, EndsTheProcessAsEver) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
-    ::raise(GetParam());
-    return 0;
-  });
-  EXPECT_EQ(result.status, kKilled + GetParam());
-}
-
 /// A call that waits for somebody else must not be taken up again behind the handler.
 TEST_P(Cancelling, InterruptsACallThatWaits) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
+  const ForkedResult result = runCaught([](const CancelFlag&, CancelSignals&) {
     struct sigaction action = {};
     ::sigaction(GetParam(), nullptr, &action);
     return (action.sa_flags & SA_RESTART) == 0 ? 0 : 1;
@@ -130,11 +105,28 @@ TEST_P(Cancelling, InterruptsACallThatWaits) {
   EXPECT_EQ(result.status, 0);
 }
 
+class Harmless : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Signals, Harmless, testing::Values(SIGPIPE, SIGXFSZ, SIGCHLD, SIGWINCH));
+
+TEST_P(Harmless, NeitherCancelsNorEndsTheProcess) {
+  EXPECT_EQ(statusAfterTwo(GetParam()), 0);
+}
+
+class Crash : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Signals, Crash, testing::Values(SIGABRT, SIGBUS, SIGTRAP, SIGSYS));
+
+TEST_P(Crash, EndsTheProcessAsEver) {
+  const ForkedResult result = runCaught([](const CancelFlag&, CancelSignals&) {
+    ::raise(GetParam());
+    return 0;
+  });
+  EXPECT_EQ(result.status, kKilled + GetParam());
+}
+
 TEST(CancelSignals, NotedOnesAreUndecidedUntilTheyAreTaken) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    CancelSignals signals(flag);
+  const ForkedResult result = runCaught([](const CancelFlag& flag, CancelSignals& signals) {
     signals.setNoting(true);
     ::raise(SIGINT);
     ::raise(SIGINT);
@@ -147,10 +139,7 @@ TEST(CancelSignals, NotedOnesAreUndecidedUntilTheyAreTaken) {
 }
 
 TEST(CancelSignals, WhatIsStillNotedAtTheEndCounts) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    CancelSignals signals(flag);
+  const ForkedResult result = runCaught([](const CancelFlag& flag, CancelSignals& signals) {
     signals.setNoting(true);
     ::raise(SIGINT);
     signals.setNoting(false);
@@ -160,10 +149,7 @@ TEST(CancelSignals, WhatIsStillNotedAtTheEndCounts) {
 }
 
 TEST(CancelSignals, AChildIsWaitedForAllTheSame) {
-  const ForkedResult result = runForked([] {
-    resetSignals();
-    CancelFlag flag;
-    const CancelSignals signals(flag);
+  const ForkedResult result = runCaught([](const CancelFlag& flag, CancelSignals&) {
     const std::string parent = std::to_string(::getpid());
     ChildRunner runner;
     const std::int32_t status = runner.pass(helper("exit 6") + "; s=$?; kill -TERM " + parent +

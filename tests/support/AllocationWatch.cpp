@@ -1,4 +1,4 @@
-#include "unit/base/AllocationWatch.h"
+#include "support/AllocationWatch.h"
 
 namespace {
 

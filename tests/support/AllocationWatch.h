@@ -1,5 +1,6 @@
-// Watches what the code under test asks of malloc and realloc, and lets requests fail. The test
-// program is linked so that every call in it passes through here; without a watch nothing changes.
+// Watches what the code under test asks of malloc and realloc, and lets requests fail. A test
+// program that uses this is linked with -Wl,--wrap=malloc -Wl,--wrap=realloc, so that every call in
+// it passes through here; without a watch nothing changes.
 #pragma once
 
 #include <cstddef>
