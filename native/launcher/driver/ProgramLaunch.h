@@ -17,9 +17,10 @@ class ProgramLaunch {
   ProgramLaunch(LauncherState& state, LauncherServices& services, LoadedObjects& objects)
       : state_(state), services_(services), objects_(objects) {}
 
-  /// Both return the program's status, or kRunFailed without a launch script. The progress display
-  /// is off afterwards, and the state holds what the program wrote. Throw LauncherException when
-  /// the JVM file cannot be read or the program not be started.
+  /// Both return the program's status, or kRunFailed without a launch script. The launch's stage is
+  /// shown when `seconds` is above 0. The progress display is off afterwards, and the state holds
+  /// what the program wrote. Throw LauncherException when the JVM file cannot be read or the
+  /// program not be started.
   std::int32_t launchWithJvmFile(const SString& fileName, std::int16_t seconds);
   std::int32_t launchWithEmbeddedJvmFile(std::int32_t fileId, std::int16_t seconds);
 

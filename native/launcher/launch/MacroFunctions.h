@@ -23,6 +23,8 @@ struct MacroCall {
   bool includeArchives;
 };
 
+/// A function as a command calls it: how many arguments it takes, and the error text for any other
+/// number of them.
 struct MacroFunction {
   static constexpr std::int32_t kAnyCount = -1;
 

@@ -16,6 +16,7 @@ namespace vessant {
 /// Programs that the launcher starts have the defaults again, and ignore what was ignored.
 class CancelSignals {
  public:
+  /// The flag is the caller's and must outlive this.
   explicit CancelSignals(CancelFlag& flag);
   CancelSignals(const CancelSignals&) = delete;
   CancelSignals& operator=(const CancelSignals&) = delete;
