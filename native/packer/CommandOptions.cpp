@@ -19,6 +19,13 @@ std::string checkName(const std::string& name) {
   return "there is no finding " + quotedName(name) + suggestion(name, names);
 }
 
+/// A directory that is misspelt would be searched in vain, and the error name a file.
+std::string whyNoDirectory(const std::string& path) {
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown)) return "";
+  return printable(path) + " is no directory";
+}
+
 bool isSameFile(const SString& a, const SString& b) {
   std::error_code unknown;
   return std::filesystem::equivalent(a.cString(), b.cString(), unknown);
@@ -60,7 +67,8 @@ void addManifestOptions(CLI::App& command, ManifestOptions& options) {
       .add_option("-I,--include", options.directories,
                   "Look here, too, for files that are not beside the manifest")
       ->type_name("DIR")
-      ->allow_extra_args(false);
+      ->allow_extra_args(false)
+      ->check(whyNoDirectory);
 }
 
 Manifest readManifestWith(const ManifestOptions& options, const std::string& path,

@@ -74,8 +74,9 @@ void checkCommandWord(const CLI::App& app, const std::vector<std::string>& words
     if (name == word) return;
   }
   const char* kind = word.starts_with('-') ? "option" : "command";
+  const std::string meant = suggestion(word, known);
   throw WrongCall{"there is no " + std::string(kind) + " " + quotedName(word) +
-                  suggestion(word, known)};
+                  (meant.empty() ? "; vspack --help lists them" : meant)};
 }
 
 const CLI::App& chosenCommand(const CLI::App& app) {
@@ -95,6 +96,30 @@ std::string unexpectedText(const CLI::App& app) {
                       : quotedName(rest.front()) + " is one argument too many";
 }
 
+/// An option that is misspelt is not one that is missing.
+void checkOptionWords(const CLI::App& app, const std::vector<std::string>& words) {
+  const std::vector<std::string> known = optionNames(chosenCommand(app));
+  for (const std::string& word : words) {
+    if (word == "--") return;
+    const std::string name = word.substr(0, word.find('='));
+    const bool isKnown = std::find(known.begin(), known.end(), name) != known.end();
+    if (!word.starts_with("--") || isKnown) continue;
+    throw WrongCall{"there is no option " + quotedName(word) + suggestion(name, known)};
+  }
+}
+
+/// What CLI11 says of a call, with the way to the right one.
+std::string wrongCallText(const CLI::App& app, const CLI::ParseError& error) {
+  const CLI::App& command = chosenCommand(app);
+  std::string text = error.what();
+  const std::size_t number = text.find(" required ");
+  const bool isValueMissing = number != std::string::npos && text.ends_with(" missing");
+  if (isValueMissing) text = text.substr(0, text.find(':')) + " needs a value";
+  const std::string help =
+      &command == &app ? "vspack --help" : "vspack " + command.get_name() + " --help";
+  return text + "; " + help + " tells how it is called";
+}
+
 void describe(CLI::App& app, Session& session) {
   app.name("vspack");
   app.set_version_flag("--version", "vspack " VESSANT_VERSION);
@@ -104,9 +129,9 @@ void describe(CLI::App& app, Session& session) {
 }
 
 /// CLI11's own exceptions leave here as help, version or WrongCall.
-void parse(CLI::App& app, std::vector<std::string> words, Session& session) {
+void parse(CLI::App& app, const std::vector<std::string>& words, Session& session) {
   try {
-    app.parse(std::move(words));
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::CallForHelp&) {
     session.out << app.help();  // that of the chosen command
   } catch (const CLI::CallForVersion& version) {
@@ -114,7 +139,8 @@ void parse(CLI::App& app, std::vector<std::string> words, Session& session) {
   } catch (const CLI::ExtrasError&) {
     throw WrongCall{unexpectedText(app)};
   } catch (const CLI::ParseError& error) {
-    throw WrongCall{error.what()};
+    checkOptionWords(app, words);
+    throw WrongCall{wrongCallText(app, error)};
   }
 }
 
@@ -122,7 +148,7 @@ void parseAndRun(const std::vector<std::string>& words, Session& session) {
   CLI::App app("Makes, checks and opens installers for Java programs.");
   describe(app, session);
   checkCommandWord(app, words);
-  parse(app, {words.rbegin(), words.rend()}, session);
+  parse(app, words, session);
   session.out.flush();
   if (!session.out) throw failure("standard output: " + str(systemErrorText()));
 }

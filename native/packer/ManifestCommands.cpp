@@ -35,15 +35,21 @@ void checkManifestAt(const std::string& path, const CheckOptions& options, const
   checkManifest(manifest, options.checks, findings);
 }
 
+/// Whether a file is a program, which no manifest is.
+bool isProgram(const std::string& path) {
+  constexpr std::size_t kElfHead = 64;
+  return path != kStandardStream && !machineOf(ByteSource(path).bytesAt(0, kElfHead)).empty();
+}
+
 /// A program that carries nothing is neither an installer nor a text.
 void checkFile(const std::string& path, const CheckOptions& options, const Session& session,
                Findings& findings) {
-  constexpr std::size_t kElfHead = 64;
   if (path == kStandardStream) return checkManifestAt(path, options, session, findings);
   const Installer installer(path);
   if (installer.isInstaller()) return checkInstaller(installer, options, findings);
-  if (!machineOf(installer.bytes().bytesAt(0, kElfHead)).empty()) {
-    throw failure(printable(path) + ": is neither an installer nor a manifest");
+  if (isProgram(path)) {
+    throw failure(printable(path) +
+                  ": is neither an installer, which carries files, nor a manifest");
   }
   checkManifestAt(path, options, session, findings);
 }
@@ -71,6 +77,7 @@ struct PackOptions {
 Manifest readCheckedManifest(const PackOptions& options, const Session& session,
                              Findings& findings) {
   const std::string path = manifestAt(options.path);
+  if (isProgram(path)) throw failure(printable(path) + ": is a program and no manifest");
   Manifest manifest = readManifestWith(options.manifest, path, session, findings);
   if (!options.output.empty()) manifest.output = sstr(options.output);
   if (options.noAlign) manifest.align = false;

@@ -151,13 +151,27 @@ std::string trimmed(const std::string& text) {
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
+/// The names of its classes, with dots.
+std::vector<std::string> classesOf(const JarFile& jar) {
+  constexpr std::string_view kEnd = ".class";
+  std::vector<std::string> classes;
+  for (const std::string& name : jar.names) {
+    if (!name.ends_with(kEnd)) continue;
+    classes.push_back(name.substr(0, name.size() - kEnd.size()));
+    std::replace(classes.back().begin(), classes.back().end(), '/', '.');
+  }
+  return classes;
+}
+
 std::string chooseMain(const std::string& path, const JarFile& jar, const std::string& chosen) {
   std::string name = trimmed(chosen.empty() ? jar.mainClass : chosen);
   if (name.empty()) {
     throw failure(path + ": its manifest names no Main-Class; name the class to start with --main");
   }
   checkClassName(name);
-  if (!jar.holdsClass(name)) throw failure(path + ": has no class " + quotedName(name));
+  if (!jar.holdsClass(name)) {
+    throw failure(path + ": has no class " + quotedName(name) + suggestion(name, classesOf(jar)));
+  }
   return name;
 }
 

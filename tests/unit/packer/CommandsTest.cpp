@@ -55,19 +55,34 @@ TEST_F(CommandsTest, SuggestsTheNearestWord) {
             "vspack: there is no option \"--versoin\"; did you mean \"--version\"?\n");
   EXPECT_EQ(errorOf({"pack", "m", "--ouptut", "x"}),
             "vspack: there is no option \"--ouptut\"; did you mean \"--output\"?\n");
-  EXPECT_EQ(errorOf({"frobnicate"}), "vspack: there is no command \"frobnicate\"\n");
+  EXPECT_EQ(errorOf({"frobnicate"}),
+            "vspack: there is no command \"frobnicate\"; vspack --help lists them\n");
+  EXPECT_EQ(errorOf({"init", "d", "--jra=x"}),
+            "vspack: there is no option \"--jra=x\"; did you mean \"--jar\"?\n");
 }
 
 TEST_F(CommandsTest, TellsWhatIsMissingOrTooMuch) {
   EXPECT_EQ(errorOf({}), "vspack: a command is missing; vspack --help lists them\n");
-  EXPECT_EQ(errorOf({"list"}), "vspack: INSTALLER is required\n");
+  EXPECT_EQ(errorOf({"list"}),
+            "vspack: INSTALLER is required; vspack list --help tells how it is called\n");
   EXPECT_EQ(errorOf({"list", "a", "b"}), "vspack: \"b\" is one argument too many\n");
-  EXPECT_THAT(errorOf({"pack", "a", "-o"}), StartsWith("vspack: --output"));
+  EXPECT_EQ(errorOf({"pack", "a", "-o"}),
+            "vspack: --output needs a value; vspack pack --help tells how it is called\n");
 }
 
 TEST_F(CommandsTest, AnOptionTakesOneValueEachTime) {
-  EXPECT_EQ(errorOf({"pack", "-I", "a", "-I", "b", "none"}),
+  EXPECT_EQ(errorOf({"pack", "-I", "/", "-I", "/tmp", "none"}),
             "vspack: none: No such file or directory\n");
+}
+
+TEST_F(CommandsTest, ADirectoryToSearchMustBeThere) {
+  EXPECT_THAT(errorOf({"pack", "-I", "/nowhere", "none"}), HasSubstr("/nowhere is no directory"));
+}
+
+TEST_F(CommandsTest, AProgramIsNoManifest) {
+  EXPECT_EQ(errorOf({"pack", "/proc/self/exe"}),
+            "vspack: /proc/self/exe: is a program and no manifest\n");
+  EXPECT_THAT(errorOf({"check", "/bin/true"}), HasSubstr("is neither an installer"));
 }
 
 TEST_F(CommandsTest, AFileThatIsNotThereIsTrouble) {

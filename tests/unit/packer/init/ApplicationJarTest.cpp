@@ -57,7 +57,8 @@ TEST_F(ApplicationJarTest, RefusesAJarThatNamesNoClass) {
 
 TEST_F(ApplicationJarTest, RefusesClassesThatAreNotThere) {
   EXPECT_EQ(refusal(jar(kNamesMain), "com.example.Mian"),
-            tree.path("my.jar") + ": has no class \"com.example.Mian\"");
+            tree.path("my.jar") +
+                ": has no class \"com.example.Mian\"; did you mean \"com.example.Main\"?");
   EXPECT_THAT(refusal(jar(kNamesMain), "com/example/Main"), HasSubstr("is named with dots"));
   EXPECT_THAT(refusal(jar(kNamesMain), "Main; rm x"), HasSubstr("is no name of a class"));
   EXPECT_THAT(refusal(jar(kNamesMain), "Broken"), HasSubstr("\"Broken\" is no class file"));

@@ -28,6 +28,23 @@ Project project(JavaSource source = JavaSource::Found) {
           .javaSource = source};
 }
 
+// The pieces that the scripts are made of.
+constexpr const char* kFind =
+    "  // Look for a Java that java.jvm accepts. S2 is then a JVM file for it.\n"
+    "  FIND_JVM 0 0\n";
+constexpr const char* kUnpack =
+    "  // Unpack the Java that comes with this. S1 is then the path of its JVM file.\n"
+    "  INSTALL_JVM 0\n"
+    "  JMP0 @N1@ no-java\n"
+    "  LAUNCH \"@S1@\" 0\n";
+constexpr const char* kEnd =
+    "  GOTO end\n"
+    "  :no-java\n"
+    "  // The launch command tells the user what is missing and ends with 3.\n"
+    "  ILAUNCH 6 0\n"
+    "  :end\n"
+    "/:\n";
+
 std::map<std::string, std::string> texts(const Project& of) {
   std::map<std::string, std::string> found;
   for (const ProjectFile& file : textsOf(of)) found[file.name] = file.text;
@@ -48,18 +65,10 @@ TEST(ProjectTexts, LookForAJavaOfTheMachine) {
             "  jvm            5  java.jvm\n"
             "  jvm            6  no-java.jvm\n"
             "/:\n");
-  EXPECT_EQ(files.at("app.instructions"),
-            "INSTRUCTIONS:\n"
-            "  // Look for a Java that java.jvm accepts. S2 is then a JVM file for it.\n"
-            "  FIND_JVM 0 0\n"
-            "  JMP0 @N1@ no-java\n"
-            "  LAUNCH \"@S2@\" 0\n"
-            "  GOTO end\n"
-            "  :no-java\n"
-            "  // The launch command tells the user what is missing and ends with 3.\n"
-            "  ILAUNCH 6 0\n"
-            "  :end\n"
-            "/:\n");
+  EXPECT_EQ(files.at("app.instructions"), std::string("INSTRUCTIONS:\n") + kFind +
+                                              "  JMP0 @N1@ no-java\n"
+                                              "  LAUNCH \"@S2@\" 0\n" +
+                                              kEnd);
   EXPECT_EQ(files.at("app.launch"),
             "DESC: My App\n"
             "DISPLAY_CONSOLE: 1\n"
@@ -72,39 +81,17 @@ TEST(ProjectTexts, UnpackABundledJava) {
   EXPECT_THAT(files, Not(Contains(Key("java.jvm"))));
   EXPECT_THAT(files.at("app.manifest"), Not(HasSubstr("verify.jar")));
   EXPECT_THAT(files.at("app.manifest"), HasSubstr("\n  jvm-installer  7  app-jre\n"));
-  EXPECT_EQ(files.at("app.instructions"),
-            "INSTRUCTIONS:\n"
-            "  // Unpack the Java that comes with this. S1 is then the path of its JVM file.\n"
-            "  INSTALL_JVM 0\n"
-            "  JMP0 @N1@ no-java\n"
-            "  LAUNCH \"@S1@\" 0\n"
-            "  GOTO end\n"
-            "  :no-java\n"
-            "  // The launch command tells the user what is missing and ends with 3.\n"
-            "  ILAUNCH 6 0\n"
-            "  :end\n"
-            "/:\n");
+  EXPECT_EQ(files.at("app.instructions"), std::string("INSTRUCTIONS:\n") + kUnpack + kEnd);
 }
 
 TEST(ProjectTexts, PreferTheMachinesJavaToABundledOne) {
   EXPECT_EQ(texts(project(JavaSource::FoundOrBundled)).at("app.instructions"),
-            "INSTRUCTIONS:\n"
-            "  // Look for a Java that java.jvm accepts. S2 is then a JVM file for it.\n"
-            "  FIND_JVM 0 0\n"
-            "  JMP0 @N1@ unpack\n"
-            "  LAUNCH \"@S2@\" 0\n"
-            "  GOTO end\n"
-            "  :unpack\n"
-            "  // Unpack the Java that comes with this. S1 is then the path of its JVM file.\n"
-            "  INSTALL_JVM 0\n"
-            "  JMP0 @N1@ no-java\n"
-            "  LAUNCH \"@S1@\" 0\n"
-            "  GOTO end\n"
-            "  :no-java\n"
-            "  // The launch command tells the user what is missing and ends with 3.\n"
-            "  ILAUNCH 6 0\n"
-            "  :end\n"
-            "/:\n");
+            std::string("INSTRUCTIONS:\n") + kFind +
+                "  JMP0 @N1@ unpack\n"
+                "  LAUNCH \"@S2@\" 0\n"
+                "  GOTO end\n"
+                "  :unpack\n" +
+                kUnpack + kEnd);
 }
 
 TEST(ProjectTexts, StartAClassThatTheJarDoesNotNameByItsName) {
