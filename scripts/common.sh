@@ -45,5 +45,5 @@ need_jdk() {
 
 # What vspack is built with. The launcher needs none of it.
 need_vspack_libraries() {
-    need_packages libcli11-dev nlohmann-json3-dev libarchive-dev libssl-dev
+    need_packages libcli11-dev nlohmann-json3-dev libarchive-dev libssl-dev zlib1g-dev
 }

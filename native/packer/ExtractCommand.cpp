@@ -8,8 +8,8 @@
 
 #include "packer/FileKinds.h"
 #include "packer/Installer.h"
+#include "packer/InstallerCheck.h"
 #include "packer/OutputFile.h"
-#include "packer/Structure.h"
 #include "packer/Text.h"
 #include "packer/UnpackedManifest.h"
 
@@ -23,7 +23,8 @@ namespace fs = std::filesystem;
 class Extraction {
  public:
   /// `force`: replace files that are there already. The directory is made when it is missing.
-  Extraction(std::string directory, bool force) : directory_(std::move(directory)), force_(force) {}
+  Extraction(const Installer& installer, std::string directory, bool force)
+      : installer_(installer.path()), directory_(std::move(directory)), force_(force) {}
 
   // Each throws LauncherException for a name that would lead out of the directory or cannot be
   // taken, before anything is written.
@@ -46,6 +47,7 @@ class Extraction {
   void checkTarget(const std::string& name) const;
   void removeLink(const std::string& path) const;
 
+  std::string installer_;
   std::string directory_;
   bool force_;
   std::vector<Target> targets_;
@@ -80,6 +82,9 @@ void Extraction::checkTarget(const std::string& name) const {
   if (!fs::exists(status)) return;
   const std::string path = printable(pathOf(name));
   if (!force_) throw failure(path + ": is there already; --force replaces it");
+  if (fs::equivalent(pathOf(name), installer_, missing)) {
+    throw failure(path + ": is the installer itself and is not replaced");
+  }
   if (!fs::is_regular_file(status) && !fs::is_symlink(status)) {
     throw failure(path + ": is no regular file and is not replaced");
   }
@@ -125,7 +130,7 @@ struct ExtractOptions {
 /// Only the files that the user names.
 void extractSome(const Installer& installer, const ExtractOptions& options,
                  const Session& session) {
-  Extraction extraction(options.directory, options.force);
+  Extraction extraction(installer, options.directory, options.force);
   for (const std::string& name : options.names) extraction.add(installer, installer.require(name));
   extraction.run(session);
 }
@@ -133,7 +138,7 @@ void extractSome(const Installer& installer, const ExtractOptions& options,
 /// All files, the launcher, and a manifest that packs them again.
 void extractAll(const Installer& installer, const ExtractOptions& options, const Session& session) {
   const UnpackedManifest manifest(installer);
-  Extraction extraction(options.directory, options.force);
+  Extraction extraction(installer, options.directory, options.force);
   for (const FileIndexEntry& entry : installer.entries()) extraction.add(installer, entry);
   extraction.addBytes(manifest.launcherName(), installer.launcher(), true);
   extraction.addText(manifest.name(), manifest.text());

@@ -133,7 +133,7 @@ void LauncherFileWriter::place(Findings& findings) {
 
 void LauncherFileWriter::write(const Session& session) const {
   if (!fits_) throw failure(str(manifest_.output) + ": would have more than 4 GiB");
-  Progress progress(session, "packing " + str(manifest_.output), indexOffset_);
+  Progress progress(session, "packing " + printable(str(manifest_.output)), indexOffset_);
   const auto advance = [&progress](std::uint64_t bytes) { progress.advance(bytes); };
   OutputFile output(str(manifest_.output), OutputFile::kProgram);
   output.append(openMeasured(str(manifest_.launcher), launcherLength_), advance);

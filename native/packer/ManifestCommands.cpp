@@ -5,9 +5,9 @@
 
 #include "packer/ByteSource.h"
 #include "packer/CommandOptions.h"
+#include "packer/InstallerCheck.h"
 #include "packer/LauncherFileWriter.h"
 #include "packer/Manifest.h"
-#include "packer/Structure.h"
 #include "packer/Text.h"
 #include "packer/check/Machine.h"
 #include "packer/check/Package.h"

@@ -21,23 +21,22 @@ mode_t processMask() {
   return mask;
 }
 
-/// Where the links at `path` lead, so that the file is replaced and not the link.
-std::string followLinks(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path target = std::filesystem::weakly_canonical(path, error);
-  return error ? path : target.string();
-}
-
-bool isLink(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::is_symlink(path, error);
+/// Where the links at `path` lead, so that the file is replaced, or made, and not the link. Links
+/// in a circle are left for the system to refuse.
+std::filesystem::path followLinks(std::filesystem::path path) {
+  constexpr int kMostLinks = 40;
+  std::error_code none;
+  for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(path, none); ++i) {
+    path = path.parent_path() / std::filesystem::read_symlink(path, none);
+  }
+  return path;
 }
 
 }  // namespace
 
 OutputFile::OutputFile(const std::string& path, mode_t mode)
     : name_(path == kStandardStream ? "standard output" : printable(path)),
-      finalPath_(isLink(path) ? followLinks(path) : path),
+      finalPath_(followLinks(path)),
       mode_(mode) {
   writer_.emplace(path == kStandardStream ? openStandardOutput() : open(), name_);
 }
@@ -51,6 +50,7 @@ UniqueFd OutputFile::openStandardOutput() const {
 UniqueFd OutputFile::open() {
   struct stat status = {};
   const bool exists = ::stat(finalPath_.c_str(), &status) == 0;
+  if (!exists && errno != ENOENT) fail(errno);
   if (exists && S_ISDIR(status.st_mode)) fail(EISDIR);
   if (!exists || S_ISREG(status.st_mode)) return openPartial();
   UniqueFd fd(::open(finalPath_.c_str(), O_WRONLY | O_CLOEXEC));

@@ -1,5 +1,6 @@
 #include "packer/Session.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -8,7 +9,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::chrono::seconds kPatience(1);
 constexpr std::chrono::milliseconds kInterval(200);
 constexpr const char* kClearLine = "\r\x1B[K";
 
@@ -31,7 +31,10 @@ constexpr const char* kLaunchers[] = {
 }  // namespace
 
 Progress::Progress(const Session& session, std::string what, std::uint64_t total)
-    : session_(session), what_(std::move(what)), total_(total), next_(Clock::now() + kPatience) {}
+    : session_(session),
+      what_(std::move(what)),
+      total_(total),
+      next_(Clock::now() + session.patience) {}
 
 Progress::~Progress() {
   if (shown_) session_.err << kClearLine << std::flush;
@@ -43,7 +46,8 @@ void Progress::advance(std::uint64_t bytes) {
   if (!session_.errIsTerminal || total_ == 0 || Clock::now() < next_) return;
   next_ = Clock::now() + kInterval;
   shown_ = true;
-  session_.err << kClearLine << what_ << ": " << done_ * kWhole / total_ << " %" << std::flush;
+  session_.err << kClearLine << what_ << ": " << std::min(done_, total_) * kWhole / total_ << " %"
+               << std::flush;
 }
 
 std::vector<std::string> installedDirectories(const std::string& program) {

@@ -30,6 +30,8 @@ struct Session {
   std::string program = {};
   /// What the chosen command ended with.
   int status = kFine;
+  /// How long a command works before it shows progress.
+  std::chrono::milliseconds patience = std::chrono::seconds(1);
 };
 
 /// Shows a percentage on a terminal, from a second on; nothing anywhere else.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <map>
 #include <numeric>
 #include <sstream>
@@ -9,7 +10,6 @@
 
 #include <openssl/evp.h>
 
-#include "launcher/base/PathUtil.h"
 #include "packer/Text.h"
 
 namespace vessant {
@@ -104,8 +104,9 @@ std::string Sha256::finish() {
   return text;
 }
 
-OnePass::OnePass(const Installer& installer)
+OnePass::OnePass(const Installer& installer, Advance advance)
     : installer_(installer),
+      advance_(std::move(advance)),
       order_(installer.entries().size()),
       fileSums_(installer.entries().size()) {
   std::iota(order_.begin(), order_.end(), 0);
@@ -146,6 +147,7 @@ void OnePass::add(std::string_view bytes) {
     fileSums_[order_[current_++]] = std::exchange(currentSum_, Sha256()).finish();
   }
   position_ = end;
+  if (advance_) advance_(bytes.size());
 }
 
 std::string OnePass::wholeSum() {
@@ -180,7 +182,8 @@ std::vector<SumLine> readSums(const std::string& file, const std::string& text,
 }
 
 std::vector<SumLine> sumsOf(const Installer& installer, OnePass& pass) {
-  std::vector<SumLine> sums = {{pass.wholeSum(), str(fileNameOf(sstr(installer.path())))}};
+  std::vector<SumLine> sums = {
+      {pass.wholeSum(), std::filesystem::path(installer.path()).filename().string()}};
   for (std::size_t i = 0; i < installer.entries().size(); ++i) {
     sums.push_back({pass.fileSums()[i], str(installer.entries()[i].fileName)});
   }

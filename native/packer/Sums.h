@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,8 +35,11 @@ class Sha256 {
 /// Sums up a whole installer and each of its files while their bytes are read for another purpose.
 class OnePass {
  public:
+  /// Is told how many bytes more were summed up.
+  using Advance = std::function<void(std::uint64_t count)>;
+
   /// The installer's files must not overlap; it must outlive this.
-  explicit OnePass(const Installer& installer);
+  explicit OnePass(const Installer& installer, Advance advance = {});
 
   /// The bytes of the file from `position` on have just been read. What was read before or lies
   /// further ahead than a little is passed over, and read when its turn comes.
@@ -52,6 +56,7 @@ class OnePass {
   void add(std::string_view bytes);
 
   const Installer& installer_;
+  Advance advance_;
   std::uint64_t position_ = 0;
   Sha256 whole_;
   /// Indexes of the entries by offset.

@@ -2,17 +2,24 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packer/CommandOptions.h"
-#include "packer/ContentCheck.h"
 #include "packer/Installer.h"
-#include "packer/Structure.h"
+#include "packer/InstallerCheck.h"
 #include "packer/Sums.h"
 #include "packer/Text.h"
 
 namespace vessant {
 namespace {
+
+/// The progress is gone from the terminal before there is a result to show.
+std::vector<SumLine> sumsWithProgress(const Installer& installer, const Session& session) {
+  Progress progress(session, "summing up " + printable(installer.path()), installer.size());
+  OnePass pass(installer, [&progress](std::uint64_t count) { progress.advance(count); });
+  return sumsOf(installer, pass);
+}
 
 int sums(const std::string& path, const Session& session) {
   const Installer installer(path);
@@ -22,8 +29,9 @@ int sums(const std::string& path, const Session& session) {
     printFindings(findings, session.err);
     return kTrouble;
   }
-  OnePass pass(installer);
-  for (const SumLine& sum : sumsOf(installer, pass)) session.out << lineOf(sum) << '\n';
+  for (const SumLine& sum : sumsWithProgress(installer, session)) {
+    session.out << lineOf(sum) << '\n';
+  }
   return kFine;
 }
 
@@ -34,10 +42,15 @@ struct VerifyOptions {
 };
 
 /// Texts, archives and sums, with each byte read once.
-void verifyContents(const Installer& installer, const std::string& sumsFile, Findings& findings) {
-  if (sumsFile.empty()) return checkContents(installer, {}, findings);
+void verifyContents(const Installer& installer, const std::string& sumsFile, Progress& progress,
+                    Findings& findings) {
+  const auto advance = [&progress](std::uint64_t count) { progress.advance(count); };
+  if (sumsFile.empty()) {
+    const auto watch = [&advance](std::uint64_t, std::string_view bytes) { advance(bytes.size()); };
+    return checkContents(installer, watch, findings);
+  }
   const std::vector<SumLine> wanted = readSums(sumsFile, readTextInput(sumsFile), findings);
-  OnePass pass(installer);
+  OnePass pass(installer, advance);
   const auto watch = [&pass](std::uint64_t position, std::string_view bytes) {
     pass.offer(position, bytes);
   };
@@ -51,7 +64,10 @@ int verify(const VerifyOptions& options, const Session& session) {
   Findings structure;
   checkStructure(installer, structure);
   checkStructure(installer, findings);
-  if (!structure.hasErrors()) verifyContents(installer, options.sums, findings);
+  if (!structure.hasErrors()) {
+    Progress progress(session, "verifying " + printable(installer.path()), installer.size());
+    verifyContents(installer, options.sums, progress, findings);
+  }
   if (options.findings.json) {
     printFindingsAsJson(findings, session.out);
   } else {

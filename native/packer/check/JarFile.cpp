@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "packer/ArchiveReader.h"
-#include "packer/MappedBytes.h"
 #include "packer/Text.h"
 #include "packer/jvm/JvmFileText.h"
 
@@ -32,6 +31,8 @@ constexpr std::size_t kLongestComment = 0xFFFF;
 constexpr std::string_view kDirectoryEntry = "PK\x01\x02";
 constexpr std::size_t kDirectoryEntrySize = 46;
 constexpr std::uint64_t kMostEntries = 0xFFFF;
+/// Larger than any that people make: it is read into memory.
+constexpr std::uint64_t kLargestDirectory = 1U << 26U;
 
 std::uint64_t numberAt(std::string_view bytes, std::size_t position, int size) {
   std::uint64_t number = 0;
@@ -43,7 +44,7 @@ std::uint64_t numberAt(std::string_view bytes, std::size_t position, int size) {
 }
 
 struct DirectoryEntry {
-  std::string_view name;
+  std::string name;
   std::uint64_t offset;
 };
 
@@ -60,7 +61,7 @@ std::optional<Directory> readEntries(std::string_view directory, std::uint64_t c
         kDirectoryEntrySize + nameSize + numberAt(directory, 30, 2) + numberAt(directory, 32, 2);
     if (directory.size() < size) return std::nullopt;
     entries.push_back(
-        {directory.substr(kDirectoryEntrySize, nameSize), numberAt(directory, 42, 4)});
+        {std::string(directory.substr(kDirectoryEntrySize, nameSize)), numberAt(directory, 42, 4)});
     directory.remove_prefix(size);
   }
   return entries;
@@ -68,16 +69,18 @@ std::optional<Directory> readEntries(std::string_view directory, std::uint64_t c
 
 /// The directory of an ordinary zip file, in time that no member adds to. Nothing for other files:
 /// those with something in front, with more entries than fit, and those that are no zip files.
-std::optional<Directory> readDirectory(std::string_view bytes) {
-  const std::size_t tail = std::min(bytes.size(), kLongestComment + kDirectoryEndSize);
-  const std::size_t inTail = bytes.substr(bytes.size() - tail).rfind(kDirectoryEnd);
-  if (inTail == std::string_view::npos || tail - inTail < kDirectoryEndSize) return std::nullopt;
-  const std::size_t end = bytes.size() - tail + inTail;
-  const std::uint64_t count = numberAt(bytes, end + 10, 2);
-  const std::uint64_t size = numberAt(bytes, end + 12, 4);
-  const std::uint64_t start = numberAt(bytes, end + 16, 4);
-  if (start + size != end || count == kMostEntries) return std::nullopt;
-  return readEntries(bytes.substr(start, size), count);
+std::optional<Directory> readDirectory(const ByteSource& file) {
+  const std::uint64_t tailStart =
+      file.length() - std::min<std::uint64_t>(file.length(), kLongestComment + kDirectoryEndSize);
+  const std::string tail = file.bytesAt(tailStart, kLongestComment + kDirectoryEndSize);
+  const std::size_t end = tail.rfind(kDirectoryEnd);
+  if (end == std::string::npos || tail.size() - end < kDirectoryEndSize) return std::nullopt;
+  const std::uint64_t count = numberAt(tail, end + 10, 2);
+  const std::uint64_t size = numberAt(tail, end + 12, 4);
+  const std::uint64_t start = numberAt(tail, end + 16, 4);
+  if (start + size != tailStart + end || count == kMostEntries) return std::nullopt;
+  if (size > kLargestDirectory) return std::nullopt;
+  return readEntries(file.bytesAt(start, size), count);
 }
 
 void readManifest(JarFile& jar, const std::string& manifest) {
@@ -86,7 +89,7 @@ void readManifest(JarFile& jar, const std::string& manifest) {
 }
 
 /// libarchive reads every form there is, and says what is wrong with the others.
-void readUnusual(JarFile& jar, std::string_view bytes) {
+void readUnusual(JarFile& jar, const ByteSource& bytes) {
   ArchiveReader reader(bytes, ArchiveFormat::Zip);
   while (const std::optional<ArchiveMember> member = reader.next()) {
     if (member->name == kManifestName) readManifest(jar, reader.contents(kLongestManifest));
@@ -131,8 +134,7 @@ void checkClassPath(const std::string& path, const std::string& classPath) {
 }
 
 std::string readMember(const ByteSource& jar, const std::string& name) {
-  const MappedBytes mapped(jar);
-  ArchiveReader reader(mapped.bytes(), ArchiveFormat::Zip);
+  ArchiveReader reader(jar, ArchiveFormat::Zip);
   while (const std::optional<ArchiveMember> member = reader.next()) {
     if (member->name == name) return reader.contents(kClassHead);
   }
@@ -185,17 +187,17 @@ bool JarFile::holdsClass(const std::string& className) const {
 
 JarFile readJarFile(const ByteSource& bytes) {
   JarFile jar;
-  const MappedBytes mapped(bytes);
-  const std::optional<Directory> directory = readDirectory(mapped.bytes());
+  const std::optional<Directory> directory = readDirectory(bytes);
   if (!directory) {
-    readUnusual(jar, mapped.bytes());
+    readUnusual(jar, bytes);
     return jar;
   }
   jar.names.reserve(directory->size());
   for (const DirectoryEntry& entry : *directory) {
     jar.names.emplace_back(entry.name);
-    if (entry.name != kManifestName || entry.offset >= mapped.bytes().size()) continue;
-    ArchiveReader reader(mapped.bytes().substr(entry.offset), ArchiveFormat::ZipMembers);
+    if (entry.name != kManifestName || entry.offset >= bytes.length()) continue;
+    ArchiveReader reader(bytes.part(entry.offset, bytes.length() - entry.offset, bytes.label()),
+                         ArchiveFormat::ZipMembers);
     if (reader.next()) readManifest(jar, reader.contents(kLongestManifest));
   }
   return jar;

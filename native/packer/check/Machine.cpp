@@ -7,7 +7,6 @@
 #include <elf.h>
 
 #include "packer/ArchiveReader.h"
-#include "packer/MappedBytes.h"
 #include "packer/bundle/InstallerHead.h"
 
 namespace vessant {
@@ -15,11 +14,6 @@ namespace {
 
 /// The first bytes of an ELF file, up to the machine.
 constexpr std::size_t kMachineEnd = 20;
-constexpr std::string_view kGzip = "\x1F\x8B\x08";
-constexpr std::string_view kTar = "ustar";
-constexpr std::size_t kTarMagic = 257;
-/// The longest script in front of a tar file.
-constexpr std::size_t kLongestHead = 1U << 16U;
 constexpr std::uint64_t kLargestLauncher = 1U << 26U;
 /// How much of a tar file is unpacked to find a program in it.
 constexpr std::uint64_t kMostUnpacked = 1U << 21U;
@@ -34,18 +28,6 @@ constexpr Machine kMachines[] = {
     {EM_PPC, "ppc"},   {EM_PPC64, "ppc64"},   {EM_S390, "s390x"}, {EM_RISCV, "riscv"},
     {EM_MIPS, "mips"}, {EM_SPARCV9, "sparc"},
 };
-
-/// Where the tar file behind a script begins; the end when there is none.
-std::size_t findPayload(std::string_view bytes) {
-  const std::string_view head = bytes.substr(0, kLongestHead);
-  for (std::size_t line = 0; line < head.size(); line = head.find('\n', line) + 1) {
-    const std::string_view rest = bytes.substr(line);
-    if (rest.starts_with(kGzip)) return line;
-    if (rest.size() > kTarMagic && rest.substr(kTarMagic).starts_with(kTar)) return line;
-    if (head.find('\n', line) == std::string_view::npos) break;
-  }
-  return bytes.size();
-}
 
 constexpr std::string_view kOwner("Vessant", 8);  // with its NUL
 constexpr std::size_t kMostSegments = 64;
@@ -112,19 +94,17 @@ std::string machineOf(std::string_view bytes) {
 }
 
 std::string machineOfRuntime(const ByteSource& installer) {
-  const MappedBytes mapped(installer);
-  const std::string_view bytes = mapped.bytes();
-  const std::string own = machineOf(bytes);
+  const std::string own = machineOf(installer.bytesAt(0, kMachineEnd));
   if (!own.empty()) return own;
-  const std::size_t payload = findPayload(bytes);
-  if (payload == bytes.size()) return "";
-  ArchiveReader reader(bytes.substr(payload), ArchiveFormat::Tar);
-  const bool isCompressed = bytes.substr(payload).starts_with(kGzip);
+  const std::optional<ArchivePlace> place = findArchive(installer);
+  if (!place || place->format != ArchiveFormat::Tar) return "";
+  const std::uint64_t length = installer.length() - place->offset;
+  ArchiveReader reader(installer.part(place->offset, length, installer.label()), place->format);
   std::uint64_t unpacked = 0;
   while (const std::optional<ArchiveMember> member = reader.next()) {
     const std::string machine = member->isRegular ? machineOf(reader.contents(kMachineEnd)) : "";
     if (!machine.empty()) return machine;
-    unpacked += isCompressed ? member->size : 0;
+    unpacked += place->isCompressed ? member->size : 0;
     if (unpacked > kMostUnpacked) break;
   }
   return "";
@@ -132,11 +112,10 @@ std::string machineOfRuntime(const ByteSource& installer) {
 
 std::string jvmFileOfRuntime(const ByteSource& installer) {
   constexpr std::size_t kMostText = 1U << 16U;
-  const MappedBytes mapped(installer);
-  const std::string_view bytes = mapped.bytes();
-  const std::size_t payload = findPayload(bytes);
-  if (payload == bytes.size()) return "";
-  ArchiveReader reader(bytes.substr(payload), ArchiveFormat::Tar);
+  const std::optional<ArchivePlace> place = findArchive(installer);
+  if (!place || place->format != ArchiveFormat::Tar) return "";
+  const std::uint64_t length = installer.length() - place->offset;
+  ArchiveReader reader(installer.part(place->offset, length, installer.label()), place->format);
   while (const std::optional<ArchiveMember> member = reader.next()) {
     if (member->name == kUnprovenJvmFile) return reader.contents(kMostText);
   }
@@ -145,10 +124,9 @@ std::string jvmFileOfRuntime(const ByteSource& installer) {
 
 bool isLauncher(const ByteSource& program) {
   if (program.length() > kLargestLauncher) return false;
-  const MappedBytes mapped(program);
-  const std::string_view bytes = mapped.bytes();
-  const auto holds = [bytes](std::string_view option) {
-    return std::search(bytes.begin(), bytes.end(), option.begin(), option.end()) != bytes.end();
+  const std::string bytes = program.text(kLargestLauncher);
+  const auto holds = [&bytes](const char* option) {
+    return bytes.find(option) != std::string::npos;
   };
   return !machineOf(bytes).empty() && holds("-vs:extract") && holds("-vs:javahome");
 }

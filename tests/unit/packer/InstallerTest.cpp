@@ -6,7 +6,7 @@
 
 #include "launcher/base/Exceptions.h"
 #include "packer/Installer.h"
-#include "packer/Structure.h"
+#include "packer/InstallerCheck.h"
 #include "packer/Text.h"
 #include "support/LauncherFileBuilder.h"
 #include "support/TempTree.h"
