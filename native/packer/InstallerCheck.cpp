@@ -99,7 +99,7 @@ void StructureCheck::checkOverlaps() {
 }
 
 void StructureCheck::checkNames() {
-  std::unordered_set<std::string_view> names;
+  std::unordered_set<std::string_view> names(installer_.entries().size());
   std::unordered_set<std::string_view> repeated;
   for (const FileIndexEntry& entry : installer_.entries()) {
     const std::string flaw = nameFlaw(entry.fileName);
@@ -115,7 +115,7 @@ void StructureCheck::checkNames() {
 
 /// The launcher takes the first.
 void StructureCheck::checkIds() {
-  std::unordered_set<std::uint32_t> ids;
+  std::unordered_set<std::uint32_t> ids(installer_.entries().size());
   std::unordered_set<std::uint32_t> repeated;
   for (const FileIndexEntry& entry : installer_.entries()) {
     if (!ids.insert(entry.fileId).second && repeated.insert(entry.fileId).second) {
