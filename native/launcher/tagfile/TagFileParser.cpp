@@ -46,7 +46,9 @@ void TagFileParser::parse(std::uint32_t offset, std::int64_t length) {
     throw LauncherException("Unable to read tag file.");
   }
   position_ = tags_.text().size();
+  tags_.dropParts();  // of an earlier text that broke off in a block
   load(length);
+  reserve();
   const std::size_t end =
       length < 0 ? std::string::npos : position_ + static_cast<std::size_t>(length);
   // The length counts for the beginning of a tag alone; a block goes on to its end.
@@ -67,6 +69,13 @@ void TagFileParser::load(std::int64_t length) {
   tags_.text().reserve(position_ + known + 1);
   if (known > 0) loadMore(known);
   while (!streamEnded_) loadMore(1);
+}
+
+/// Hardly any line has no value, so that counting them is worth its time.
+void TagFileParser::reserve() {
+  const std::string& text = tags_.text();
+  const auto begin = text.begin() + static_cast<std::ptrdiff_t>(position_);
+  tags_.reserveParts(static_cast<std::size_t>(std::count(begin, text.end(), kNewline)) + 1);
 }
 
 /// Appends up to so many bytes to the text; false when there were none.
@@ -113,9 +122,8 @@ void TagFileParser::parseTag(std::string_view line) {
   std::size_t start = colon + 1;
   while (start < line.size() && isBlank(line[start])) ++start;
   if (start == line.size()) syntaxError("Invalid tag format.", lineNumber_);
-  const TagTable::Part value = valueFrom(line, start);
-  tags_.begin(partOf(name));
-  tags_.addPart(value);
+  tags_.addPart(valueFrom(line, start));
+  tags_.addTag(partOf(name));
 }
 
 /// The tag counts once its end is found, and only with a value; its lines may move when more of
@@ -123,16 +131,13 @@ void TagFileParser::parseTag(std::string_view line) {
 void TagFileParser::parseBlock(std::string_view name) {
   const std::int32_t startLine = lineNumber_;
   const TagTable::Part namePart = partOf(name);
-  std::vector<TagTable::Part> values;
   while (!atEnd_) {
     const std::string_view line = nextLine();
     if (line == kBlockEnd) {
-      if (values.empty()) return;
-      tags_.begin(namePart);
-      for (const TagTable::Part& value : values) tags_.addPart(value);
+      if (tags_.hasParts()) tags_.addTag(namePart);
       return;
     }
-    if (!line.empty()) values.push_back(valueFrom(line, 0));
+    if (!line.empty()) tags_.addPart(valueFrom(line, 0));
   }
   syntaxError("Missing /: tag completer.", startLine);
 }

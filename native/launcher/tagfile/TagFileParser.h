@@ -25,6 +25,7 @@ class TagFileParser {
 
  private:
   void load(std::int64_t length);
+  void reserve();
   bool loadMore(std::size_t count);
   [[nodiscard]] std::string_view nextLine();
   void parseTag(std::string_view line);

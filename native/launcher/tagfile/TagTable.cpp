@@ -26,17 +26,14 @@ std::uint32_t hashOf(std::string_view name) {
 
 }  // namespace
 
-void TagTable::begin(Part name) {
+void TagTable::addTag(Part name) {
   Tag tag;
   tag.name = name;
-  tag.firstPart = static_cast<std::uint32_t>(parts_.size());
+  tag.firstPart = static_cast<std::uint32_t>(taken_);
+  tag.partCount = static_cast<std::int32_t>(parts_.size() - taken_);
+  taken_ = parts_.size();
   tags_.push_back(std::move(tag));
   enter(tags_.size() - 1);
-}
-
-void TagTable::addPart(Part value) {
-  parts_.push_back(value);
-  ++tags_.back().partCount;
 }
 
 TagTable::Place TagTable::find(std::string_view name) const {

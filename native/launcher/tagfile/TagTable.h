@@ -31,10 +31,16 @@ class TagTable {
 
   /// What is read is appended here and may be changed from there on, but not moved.
   [[nodiscard]] std::string& text() { return text_; }
-  /// Starts a tag behind all others. One with the same name must have been removed before.
-  void begin(Part name);
-  /// Adds a value to the tag that was started last.
-  void addPart(Part value);
+  /// Makes room for so many more values, so that a long text is not copied while it grows.
+  void reserveParts(std::size_t count) { parts_.reserve(parts_.size() + count); }
+  /// A value of the tag that comes next.
+  void addPart(Part value) { parts_.push_back(value); }
+  /// Puts a tag with the values that were added since the last one behind all others. One with the
+  /// same name must have been removed before.
+  void addTag(Part name);
+  /// Forgets the values that no tag has taken.
+  void dropParts() { parts_.resize(taken_); }
+  [[nodiscard]] bool hasParts() const { return parts_.size() > taken_; }
 
   // Looking up.
 
@@ -80,6 +86,7 @@ class TagTable {
 
   std::string text_;
   std::vector<Part> parts_;
+  std::size_t taken_ = 0;  // by tags, of the parts
   mutable std::vector<Tag> tags_;  // a look-up turns parts into texts
   /// A place under the hash of its name. A removed tag keeps its slot and its name, for the next
   /// tag of that name.
