@@ -1,6 +1,7 @@
 """What the benchmarks run on and with: commands, rounds, installers and file systems."""
 
 import contextlib
+import itertools
 import os
 import shutil
 import statistics
@@ -210,3 +211,15 @@ def empty(directory):
         shutil.rmtree(directory, ignore_errors=True)
         os.mkdir(directory)
     return clear
+
+
+def fresh(directory):
+    """What puts an empty directory there before a round and keeps the old one: where files were
+    just deleted, ext4 passes over their inodes one by one for some seconds."""
+    numbers = itertools.count()
+
+    def replace():
+        if directory.exists():
+            directory.rename(directory.with_name(f"{directory.name}-{next(numbers)}"))
+        os.mkdir(directory)
+    return replace

@@ -4,8 +4,8 @@ import os
 import shutil
 from pathlib import Path
 
-from machine import (BIN, LAUNCHER, SHARE, Contender, Installer, Missing, Rounds, blob, empty, has,
-                     loop_device, need, run, sharing_file_system)
+from machine import (BIN, LAUNCHER, SHARE, Contender, Installer, Missing, Rounds, blob, empty,
+                     fresh, has, loop_device, need, run, sharing_file_system)
 
 MEGABYTE = 1 << 20
 
@@ -107,7 +107,7 @@ def extraction_sharing(bench):
 
 
 def many_files(bench):
-    with loop_device("ext4", 200) as place:
+    with loop_device("ext4", 1000) as place:
         source, out = place / "source", place / "out"
         source.mkdir()
         installer = Installer(place / "installer")
@@ -117,9 +117,9 @@ def many_files(bench):
             installer.add("application", number + 1, f"file{number}", data)
         installer.write()
         rounds = Rounds(
-            bench.rounds, cp=Contender("cp", "-r", source, out / "copy", before=empty(out), count=1),
+            bench.rounds, cp=Contender("cp", "-r", source, out / "copy", before=fresh(out), count=1),
             launcher=Contender(BIN / "inside", out, place / "installer", "-vs:silent",
-                               "-vs:extract", before=empty(out)))
+                               "-vs:extract", before=fresh(out)))
         for what in ("cpu", "elapsed"):
             yield Row.ratio_row(f"extraction of 200 files of 50 KB, {label(what)}",
                                 "`cp -r`, on a fresh file system",
