@@ -87,14 +87,6 @@ void appendCharacter(SString& text, std::uint32_t code) {
 
 }  // namespace
 
-bool isSpaceChar(char character) {
-  return kWhitespace.find(character) != std::string_view::npos;
-}
-
-bool isWideSpaceChar(char character) {
-  return isSpaceChar(character) || character == '\v' || character == '\f';
-}
-
 void trim(SString& text, std::string_view set) {
   const SString::Size last = text.findLastNotOf(set);
   if (last == SString::npos) {
@@ -103,6 +95,13 @@ void trim(SString& text, std::string_view set) {
   }
   text.erase(last + 1);
   text.erase(0, text.findFirstNotOf(set));
+}
+
+/// Character by character: what there is to trim is short, and every line is trimmed.
+std::string_view trimmedView(std::string_view text) {
+  while (!text.empty() && isSpaceChar(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isSpaceChar(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 SString trimmed(SString text, std::string_view set) {

@@ -14,12 +14,18 @@ namespace vessant {
 inline constexpr std::string_view kWhitespace = " \t\n\r";
 
 /// True for tab, newline, carriage return and blank.
-[[nodiscard]] bool isSpaceChar(char character);
+[[nodiscard]] constexpr bool isSpaceChar(char character) {
+  return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
 /// True for those and for vertical tab and form feed, as C's isspace.
-[[nodiscard]] bool isWideSpaceChar(char character);
+[[nodiscard]] constexpr bool isWideSpaceChar(char character) {
+  return isSpaceChar(character) || character == '\v' || character == '\f';
+}
 
 /// Removes the characters of `set` from the end and the start of `text`.
 void trim(SString& text, std::string_view set = kWhitespace);
+/// The part of `text` between the whitespace at its ends.
+[[nodiscard]] std::string_view trimmedView(std::string_view text);
 [[nodiscard]] SString trimmed(SString text, std::string_view set = kWhitespace);
 
 /// Where `suffix` starts when `text` ends with it, else SString::npos.

@@ -11,12 +11,17 @@ namespace {
 constexpr const char* kStatementsTag = "INSTRUCTIONS";
 constexpr char kVariableMark = '@';
 
+bool hasVariable(std::string_view text) {
+  return text.find(kVariableMark) != std::string_view::npos;
+}
+
 }  // namespace
 
 InstructionRun::InstructionRun(const TagFile& script, InstructionActions& actions)
     : actions_(actions),
-      statements_(script.findValues(kStatementsTag)),
-      count_(statements_ == nullptr ? 0 : statements_->count()) {}
+      script_(script.tags()),
+      statements_(script_.find(kStatementsTag)),
+      count_(statements_ == TagTable::kNowhere ? 0 : script_.valueCount(statements_)) {}
 
 void InstructionRun::instructionError(const SString& message) const {
   throw InstructionsException(message, programCounter_ + 1);
@@ -44,7 +49,7 @@ bool InstructionRun::substituteOnce(SString& text, std::string_view context) con
       const std::string_view specification = text.view().substr(open + 1, close - open - 1);
       // Kept: with the blank that its own texts begin with, two stand in front of them.
       const VariableSpecification variable =
-          parseVariableSpecification(specification, SString(context) + " ");
+          parseVariableSpecification(specification, context, "  ");
       text.replace(open, close - open + 1, variableText(variable, actions_));
       replaced = true;
     }
@@ -56,9 +61,10 @@ bool InstructionRun::substituteOnce(SString& text, std::string_view context) con
 }
 
 std::int32_t InstructionRun::numericValue(std::string_view token, std::string_view context) const {
+  std::int32_t number = 0;
+  if (stringToLong(token, number) && !hasVariable(token)) return number;
   SString text = token;
   substituteVariables(text, context);
-  std::int32_t number = 0;
   if (stringToLong(text, number)) return number;
   instructionError(SString(context) + "Invalid numeric expression (" + text + ")");
 }
@@ -106,7 +112,7 @@ std::int32_t InstructionRun::findLabel(std::string_view label) {
 void InstructionRun::indexLabels() {
   labels_.emplace();
   for (std::int32_t i = 1; i < count_; ++i) {
-    const std::string_view statement = statements_->get(i);
+    const std::string_view statement = statementAt(i);
     if (statement.starts_with(kLabelMark)) labels_->emplace(statement, i);
   }
 }

@@ -9,7 +9,6 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "launcher/base/Deque.h"
 #include "launcher/base/SString.h"
 #include "launcher/instructions/InstructionActions.h"
 #include "launcher/tagfile/TagFile.h"
@@ -26,7 +25,7 @@ class InstructionRun {
 
   /// Whether there is no further statement.
   [[nodiscard]] bool isOver() const { return programCounter_ >= count_; }
-  [[nodiscard]] const SString& statement() const { return statements_->get(programCounter_); }
+  [[nodiscard]] std::string_view statement() const { return statementAt(programCounter_); }
   void goOn() { ++programCounter_; }
 
   /// Throws InstructionsException with the number of the current statement.
@@ -57,11 +56,15 @@ class InstructionRun {
  private:
   using Labels = std::unordered_map<std::string_view, std::int32_t>;
 
+  [[nodiscard]] std::string_view statementAt(std::int32_t index) const {
+    return script_.value(statements_, index);
+  }
   bool substituteOnce(SString& text, std::string_view context) const;
   void indexLabels();
 
   InstructionActions& actions_;
-  const StringDeque* statements_;  // null for a script without statements
+  const TagTable& script_;
+  TagTable::Place statements_;  // kNowhere for a script without them
   std::int32_t count_;
   std::int32_t programCounter_ = 0;
   std::int32_t result_ = 0;

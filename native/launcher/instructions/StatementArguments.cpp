@@ -58,20 +58,15 @@ std::string_view StatementArguments::rest() const {
   return trimmedView(statement_.substr(position_));
 }
 
-std::string_view trimmedView(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kWhitespace);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kWhitespace) + 1 - first);
-}
-
-VariableSpecification parseVariableSpecification(std::string_view text, std::string_view context) {
+VariableSpecification parseVariableSpecification(std::string_view text, std::string_view context,
+                                                 std::string_view gap) {
   if (text.size() < kShortest) {
-    throw LauncherException(
-        SString(context) + " Variable references must be at least 2 characters (e.g. N1 and S10).");
+    throw LauncherException(SString(context) + gap +
+                            "Variable references must be at least 2 characters (e.g. N1 and S10).");
   }
   const char type = upperCase(text.front());
   if (type != 'N' && type != 'S') {
-    throw LauncherException(SString(context) + " Invalid variable reference (" + text +
+    throw LauncherException(SString(context) + gap + "Invalid variable reference (" + text +
                             "). Must use N or S as the variable type, e.g. N2 or S1.");
   }
   const std::string_view rest = text.substr(1);
@@ -79,7 +74,7 @@ VariableSpecification parseVariableSpecification(std::string_view text, std::str
       type == 'N' ? InstructionActions::kNumericVariables : InstructionActions::kStringVariables;
   std::int32_t number = 0;
   if (!stringToLong(rest, number) || number < 1 || number > most) {
-    throw LauncherException(SString(context) + " Variable number is invalid (" + rest + ")");
+    throw LauncherException(SString(context) + gap + "Variable number is invalid (" + rest + ")");
   }
   return {type, number};
 }

@@ -31,19 +31,17 @@ class StatementArguments {
   std::size_t position_ = 0;
 };
 
-/// `text` without the whitespace of tag files at its ends.
-[[nodiscard]] std::string_view trimmedView(std::string_view text);
-
 /// Which variable a reference means: its type, and its number from 1 on.
 struct VariableSpecification {
   char type;  // 'N' or 'S'
   std::int32_t number;
 };
 
-/// Reads a specification such as "N1" or "s10". Throws LauncherException with `context`, a blank
-/// and the reason.
+/// Reads a specification such as "N1" or "s10". Throws LauncherException with `context`, `gap` and
+/// the reason.
 [[nodiscard]] VariableSpecification parseVariableSpecification(std::string_view text,
-                                                               std::string_view context);
+                                                               std::string_view context,
+                                                               std::string_view gap = " ");
 
 /// The variable's value as text.
 [[nodiscard]] SString variableText(const VariableSpecification& variable,

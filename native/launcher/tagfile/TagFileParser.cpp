@@ -19,17 +19,6 @@ constexpr char kReturn = '\r';
 constexpr std::string_view kBlockEnd = "/:";
 constexpr std::size_t kChunkSize = 65536;
 
-constexpr bool isBlank(char character) {
-  return character == ' ' || character == '\t' || character == kNewline || character == kReturn;
-}
-
-/// Character by character: what there is to trim is short, and every line is trimmed.
-std::string_view trimmedView(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 /// How much there is to read, as far as the system knows; 0 where it does not.
 std::size_t bytesAhead(std::FILE* stream) {
   struct stat status = {};
@@ -120,7 +109,7 @@ void TagFileParser::parseTag(std::string_view line) {
   removeKnown(name);
   if (colon + 1 == line.size()) return parseBlock(name);
   std::size_t start = colon + 1;
-  while (start < line.size() && isBlank(line[start])) ++start;
+  while (start < line.size() && isSpaceChar(line[start])) ++start;
   if (start == line.size()) syntaxError("Invalid tag format.", lineNumber_);
   tags_.addPart(valueFrom(line, start));
   tags_.addTag(partOf(name));

@@ -86,7 +86,7 @@ class TagTable {
 
   std::string text_;
   std::vector<Part> parts_;
-  std::size_t taken_ = 0;  // by tags, of the parts
+  std::size_t taken_ = 0;          // by tags, of the parts
   mutable std::vector<Tag> tags_;  // a look-up turns parts into texts
   /// A place under the hash of its name. A removed tag keeps its slot and its name, for the next
   /// tag of that name.
