@@ -13,8 +13,11 @@
 
 namespace vessant {
 
+/// What a user says of findings.
 struct FindingOptions {
+  /// Names of findings that are not to be told. They do not count for the status, either.
   std::vector<std::string> allowed;
+  /// Whether findings go to standard output for a machine, and not to standard error.
   bool json = false;
 };
 
@@ -23,8 +26,11 @@ void addAllowOption(CLI::App& command, FindingOptions& options);
 /// Adds `--json`.
 void addJsonOption(CLI::App& command, bool& json, const char* help);
 
+/// What the command line adds to a manifest.
 struct ManifestOptions {
+  /// Goes before the manifest's own; empty for none.
   std::string launcher;
+  /// Searched behind the manifest's own directory, in this order.
   std::vector<std::string> directories;
 };
 

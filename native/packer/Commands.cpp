@@ -79,11 +79,13 @@ void checkCommandWord(const CLI::App& app, const std::vector<std::string>& words
                   (meant.empty() ? "; vspack --help lists them" : meant)};
 }
 
+/// vspack itself as long as no command was read.
 const CLI::App& chosenCommand(const CLI::App& app) {
   const std::vector<CLI::App*> chosen = app.get_subcommands();
   return chosen.empty() ? app : *chosen.front();
 }
 
+/// An option is likelier to be misspelt than an argument to be one too many.
 std::string unexpectedText(const CLI::App& app) {
   const CLI::App& command = chosenCommand(app);
   for (const std::string& word : app.remaining(true)) {

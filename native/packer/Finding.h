@@ -8,8 +8,10 @@
 
 namespace vessant {
 
+/// An error keeps `pack` from writing; a warning does not.
 enum class Severity { Error, Warning };
 
+/// One thing that is wrong, in a sentence that ends with what to do about it where that is known.
 struct Finding {
   /// The path as the user named it, or the name that the file has in the installer.
   std::string file;
@@ -27,10 +29,13 @@ class Findings {
   Findings() = default;
   explicit Findings(std::vector<std::string> allowed) : allowed_(std::move(allowed)) {}
 
+  /// Drops the finding when its name is allowed.
   void add(Finding finding);
+  /// `name` is one of findingNames: those are what `--allow` knows and what pages explain.
   void error(const std::string& file, int line, const char* name, const std::string& text);
   void warning(const std::string& file, int line, const char* name, const std::string& text);
 
+  /// Whether anything but warnings was found.
   [[nodiscard]] bool hasErrors() const;
   [[nodiscard]] bool isEmpty() const { return findings_.empty(); }
   /// By file in the order in which files first turned up, then by line, then in the order of

@@ -48,6 +48,7 @@ struct InstallerInfo {
   std::vector<std::string> script;
 };
 
+/// Codes have 16 bits at most, so three bytes are enough (RFC 3629).
 void appendUtf8(std::string& text, std::uint32_t code) {
   const auto tail = [&text, code](unsigned shift) {
     text += static_cast<char>(0x80U | ((code >> shift) & 0x3FU));
@@ -124,6 +125,7 @@ std::string javaText(const WantedJava& java) {
   return text;
 }
 
+/// A launcher without a note is older than notes, or none.
 std::string launcherText(const InstallerInfo& info) {
   const std::string version = info.launcherVersion.empty() ? "unknown" : info.launcherVersion;
   const std::string machine =
@@ -132,6 +134,7 @@ std::string launcherText(const InstallerInfo& info) {
          " bytes";
 }
 
+/// Reads the head of the launcher, the index and the texts, whatever the size of the rest.
 InstallerInfo infoOf(const Installer& installer) {
   constexpr std::size_t kElfHead = 64;
   InstallerInfo info;

@@ -7,7 +7,10 @@
 
 namespace vessant {
 
+/// `list INSTALLER`: the index, in the order of the file; reads no packed file.
 void addListCommand(CLI::App& app, Session& session);
+/// `info INSTALLER`: what an author wants to see before a release; reads the texts and the
+/// launcher's note, and no archive.
 void addInfoCommand(CLI::App& app, Session& session);
 
 }  // namespace vessant

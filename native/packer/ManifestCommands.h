@@ -7,8 +7,12 @@
 
 namespace vessant {
 
+/// `check SUBJECT`: every finding on standard error, or as JSON on standard output; writes nothing.
+/// The status is kFindings as soon as there is one, be it a warning.
 void addCheckCommand(CLI::App& app, Session& session);
 
+/// `pack MANIFEST`: checks as `check` does and writes the installer unless there is an error;
+/// warnings are told and do not keep it from being written.
 void addPackCommand(CLI::App& app, Session& session);
 
 }  // namespace vessant

@@ -39,11 +39,13 @@ JavaRange rangeFor(const InitRequest& request, const ApplicationJar& jar) {
                 std::to_string(jar.feature) + "; --java " + request.java + " asks for less");
 }
 
+/// A range beside a runtime says that a user's own Java will do, too.
 JavaSource javaSourceFor(const InitRequest& request) {
   if (request.jre.empty()) return JavaSource::Found;
   return request.java.empty() ? JavaSource::Bundled : JavaSource::FoundOrBundled;
 }
 
+/// Everything that may be refused is refused here, before anything is written.
 Project projectFor(const InitRequest& request) {
   const std::string stem = fs::path(request.jar).stem().string();
   std::string name = safeFileName(stem);
@@ -118,6 +120,7 @@ struct JvmRequest {
   std::string output = "-";
 };
 
+/// Any of these makes sense with the oldest Java as its beginning.
 bool namesRange(const JvmRequest& request) {
   return !request.min.empty() || !request.max.empty() || request.wish.jdk ||
          !request.wish.vendor.empty() || !request.wish.modules.empty();

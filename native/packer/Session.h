@@ -19,6 +19,8 @@ inline constexpr int kFindings = 1;
 /// A wrong call, or a file that cannot be read or written.
 inline constexpr int kTrouble = 2;
 
+/// Made by `main`, or by a test that wants to see the streams. Commands refer to it and set
+/// `status`; an exception that leaves a command makes it kTrouble.
 struct Session {
   /// Results, and nothing else.
   std::ostream& out;
@@ -44,6 +46,7 @@ class Progress {
   /// Clears the line.
   ~Progress();
 
+  /// Counts bytes that are done, and shows the line anew five times a second at most.
   void advance(std::uint64_t bytes);
 
  private:

@@ -14,6 +14,7 @@
 
 namespace vessant {
 
+/// The bytes of one as the other: neither looks at their meaning.
 [[nodiscard]] inline std::string str(const SString& text) {
   return std::string(text.view());
 }

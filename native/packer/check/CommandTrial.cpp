@@ -169,6 +169,7 @@ std::string Trial::systemTag(const char* tag, const char* usual) const {
   return jvmFile_.find(tag) == nullptr ? usual : jvmFile_.textOf(tag);
 }
 
+/// The launcher goes on behind each replacement, so that none is replaced again.
 std::string Trial::replaceAll(const StringDeque& arguments) {
   const std::string search = Trial(*this).expand(str(arguments.get(0)), '@');
   const std::string replacement = Trial(*this).expand(str(arguments.get(1)), '@');
@@ -182,6 +183,7 @@ std::string Trial::replaceAll(const StringDeque& arguments) {
   return subject;
 }
 
+/// The home is the one tag that every JVM file has by the time of a launch: the search puts it in.
 std::string Trial::ifExists(const StringDeque& arguments) {
   const std::string tag = str(arguments.get(0));
   if (!isKnownTag(tag)) {
@@ -192,6 +194,7 @@ std::string Trial::ifExists(const StringDeque& arguments) {
   return exists ? Trial(*this).expand(str(arguments.get(1)), '@') : "";
 }
 
+/// Without an argument it is what was packed; with one, a copy of a file that only a run can find.
 std::string Trial::applicationArchive(bool isEmbedded) {
   result_.usesApplicationArchive = result_.usesApplicationArchive || isEmbedded;
   if (isEmbedded && !world_.hasApplicationArchive) {
@@ -229,6 +232,7 @@ void Trial::append(std::string& path, const std::string& entry) const {
   if (!entry.empty()) path += jvmFile_.textOf("CLASSPATH_SEPARATOR") + entry;
 }
 
+/// A tag that another JVM file has is empty here, as it is for the launcher.
 std::string Trial::tagValue(const std::string& name) {
   if (name == "JVM_HOME") return pathMark("tag JVM_HOME");
   if (!isKnownTag(name)) {

@@ -21,6 +21,7 @@ struct TrialWorld {
   bool hasApplicationArchive = false;
 };
 
+/// What came of it, and what the command made use of on the way.
 struct TrialCommand {
   /// With the marks of ShellWords.h.
   std::string text;

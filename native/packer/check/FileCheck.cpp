@@ -75,6 +75,7 @@ void FileCheck::checkSpace(const PackageFile& file) {
                         "space: a full disk shows only while it writes");
 }
 
+/// Offsets in the index have 32 bits, too: many files that are small enough may be too many.
 void FileCheck::checkTotal() {
   std::uint64_t total = package_.launcher ? package_.launcher->length() : 0;
   for (const PackageFile& file : package_.files) {

@@ -10,6 +10,7 @@
 
 namespace vessant {
 
+/// The names in a jar and what its manifest says of starting it. Holds no contents.
 struct JarFile {
   /// Why it is no zip file; empty when it is one.
   std::string flaw;
@@ -29,8 +30,12 @@ struct JarFile {
 /// The value of a main attribute of a jar's manifest, whose long lines are folded.
 [[nodiscard]] std::string manifestAttribute(const std::string& manifest, const std::string& name);
 
+/// Jars by the files that they come from: several checks ask for the same one, and each is read
+/// once.
 class JarCache {
  public:
+  /// Reads it at the first call. The reference stays valid as long as the cache; the file must,
+  /// too.
   const JarFile& of(const PackageFile& file);
 
  private:

@@ -11,6 +11,7 @@
 namespace vessant {
 namespace {
 
+/// As POSIX has it; the shell could not set another one.
 bool isEnvironmentName(std::string_view name) {
   const auto isPart = [](unsigned char c) { return std::isalnum(c) != 0 || c == '_'; };
   return !name.empty() && std::isdigit(static_cast<unsigned char>(name.front())) == 0 &&
@@ -167,6 +168,7 @@ void JvmFileCheck::checkPathHints() {
   }
 }
 
+/// Hints are paths of directories as they stand: no shell reads them.
 void JvmFileCheck::checkPathHint(const TextValue& hint) {
   const std::string& path = hint.text;
   const std::string executable = text_.textOf("JVM_EXE");

@@ -96,6 +96,7 @@ void LaunchCheck::collectJvmFiles() {
   jvmFiles_.push_back(&usual_);
 }
 
+/// Each JVM file makes another command of the script, and a mistake may show with one of them only.
 void LaunchCheck::tryWith(const TagText& jvmFile) {
   TrialWorld world{script_.text, jvmFiles_, {}, package_.applicationArchive() != nullptr};
   for (const PackageFile* archive : package_.all(FileType::ClassPathArchive)) {
@@ -169,6 +170,7 @@ void LaunchCheck::checkStart(const ShellReading& reading, const TagText& jvmFile
   }
 }
 
+/// How the command is to name a packed jar.
 std::string macroFor(const PackageFile& jar, const char* option) {
   if (jar.type == FileType::ClassPathArchive) return "%CP%()";
   return std::string(option) + "'%APPLICATION_ARCHIVE%()'";
@@ -242,6 +244,8 @@ void LaunchCheck::checkArchiveTag() {
                                          "looked for");
 }
 
+/// A file that is packed and never asked for makes the installer larger; more often the macro that
+/// was to ask for it is missing.
 void LaunchCheck::checkUnused() {
   const auto report = [this](FileType type, const char* macro) {
     for (const PackageFile* file : package_.all(type)) {
@@ -255,6 +259,8 @@ void LaunchCheck::checkUnused() {
   }
 }
 
+/// The launcher puts an empty entry at both ends of the class path, which Java takes for the
+/// directory that it runs in. That cannot be changed without breaking installers that rely on it.
 void LaunchCheck::checkPlanted() {
   if (!used_.usesClassPath) return;
   const bool isUsers = script_.text.textOf("AUTO_SET_WORKING_DIR") == "0";

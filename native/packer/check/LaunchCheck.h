@@ -7,6 +7,7 @@
 
 namespace vessant {
 
+/// How much is to be told.
 struct LaunchCheckOptions {
   /// Also report what is right but can be abused.
   bool strict = false;

@@ -18,6 +18,7 @@ std::string directoryOfPath(const std::string& path) {
   return str(directoryOf(sstr(path)));
 }
 
+/// A file that cannot be opened was reported when the manifest was read.
 std::optional<ByteSource> openIfReadable(const std::string& path) {
   try {
     return ByteSource(path);
@@ -71,6 +72,7 @@ bool uses(const Package& package, Verb verb) {
                      [verb](const Statement& statement) { return statement.verb == verb; });
 }
 
+/// The id stands in another place for each command.
 std::optional<std::string> idArgument(const Statement& statement) {
   const bool isVerify = statement.verb == Verb::Verify;
   const bool isFirst = statement.verb == Verb::ILaunch || statement.verb == Verb::ExecuteLauncher;

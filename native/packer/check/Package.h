@@ -16,6 +16,7 @@
 
 namespace vessant {
 
+/// A packed file, or one that is to be packed.
 struct PackageFile {
   FileType type = FileType::Instructions;
   std::uint32_t id = 0;
@@ -31,6 +32,8 @@ struct PackageFile {
   TagText text = {};
 };
 
+/// Owns what it knows of every file but their bytes, which stay where they are until they are asked
+/// for. It is the same for a manifest and for a finished installer, so that both are checked alike.
 struct Package {
   /// The manifest or the installer, and the line of its list of files.
   std::string label;
@@ -48,6 +51,7 @@ struct Package {
 
   /// The first file of a kind, which is the one that counts, or null.
   [[nodiscard]] const PackageFile* first(FileType type) const;
+  /// The first file with the id, which is the one that the launcher takes, or null.
   [[nodiscard]] const PackageFile* withId(std::int64_t id) const;
   /// All files of a kind, in their order.
   [[nodiscard]] std::vector<const PackageFile*> all(FileType type) const;

@@ -112,6 +112,7 @@ void checkVariables(const std::string& file, const std::vector<Statement>& state
   for (const Statement& statement : statements) check.check(statement);
 }
 
+/// Labels and comments that no run comes to are no mistake.
 bool doesSomething(const Statement& statement) {
   return statement.verb != Verb::Label && statement.verb != Verb::Comment;
 }
@@ -168,6 +169,7 @@ void ScriptCheck::checkLabels() {
   }
 }
 
+/// The launcher looks for labels from the second statement on.
 void ScriptCheck::checkFirstStatement() {
   if (statements_.empty() || statements_.front().verb != Verb::Label) return;
   const Statement& first = statements_.front();
@@ -177,6 +179,7 @@ void ScriptCheck::checkFirstStatement() {
   findings_.warning(file_, first.line, "label-in-first-statement", text);
 }
 
+/// By a label that is written out: what a computed one names is not known.
 bool ScriptCheck::isJumpedTo(const std::string& label) const {
   return std::any_of(statements_.begin(), statements_.end(), [&label](const Statement& statement) {
     const std::optional<std::string> target = jumpTarget(statement);
@@ -232,6 +235,7 @@ void ScriptCheck::checkOrder(const ScriptFlow& flow) {
   }
 }
 
+/// A warning: with the failure shown by FIND_JVM some authors want just that.
 void ScriptCheck::checkSearches(const ScriptFlow& flow) {
   for (const std::size_t i : flow.uncheckedLaunches) {
     findings_.warning(file_, statements_[i].line, "unchecked-search",
@@ -253,6 +257,7 @@ void ScriptCheck::checkReachable(const ScriptFlow& flow) {
   }
 }
 
+/// A script that ends by itself ends with 0, and a user takes that for a success.
 void ScriptCheck::checkEnds(const ScriptFlow& flow) {
   if (flow.endsWithoutLaunch) {
     error(*flow.endsWithoutLaunch, "ends-without-launch",

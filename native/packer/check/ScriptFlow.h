@@ -35,6 +35,7 @@ struct ScriptFlow {
 [[nodiscard]] std::optional<std::size_t> findLabelStatement(
     const std::vector<Statement>& statements, const std::string& label);
 
+/// Follows every way. A script with more than a hundred thousand states is taken for good.
 [[nodiscard]] ScriptFlow followScript(const std::vector<Statement>& statements);
 
 }  // namespace vessant

@@ -16,6 +16,7 @@ inline constexpr char kAnything = '\x03';
 /// Where the class path function puts its switch and its quotes.
 inline constexpr char kClassPathBegin = '\x04';
 
+/// One word, or one operator, of a command.
 struct ShellWord {
   /// Without its quotes; marks stay.
   std::string text;
@@ -25,6 +26,7 @@ struct ShellWord {
   bool isComputed = false;
 };
 
+/// What a command's text says to a shell. Nothing is expanded: what a `$` stands for is not known.
 struct ShellReading {
   std::vector<ShellWord> words;
   /// The quote that is never closed, or 0.

@@ -16,6 +16,8 @@ namespace vessant {
 /// then the largest or smallest that there is.
 [[nodiscard]] std::optional<std::int64_t> wholeNumber(const std::string& text);
 
+/// What a statement does. A label and a comment are verbs, too: the script counts them as
+/// statements.
 enum class Verb {
   Label,
   Comment,
@@ -32,6 +34,7 @@ enum class Verb {
   Unknown,
 };
 
+/// What the launcher would make of the line, before it looks at any variable.
 struct Statement {
   Verb verb = Verb::Unknown;
   /// Of the script's text.
@@ -59,6 +62,7 @@ struct Statement {
 /// What an argument means.
 enum class ArgumentKind { Switch, Id, Seconds, Mode, Number, Text, Label, Variable };
 
+/// One row of the table of commands. It is the launcher's table, told for authors.
 struct CommandForm {
   Verb verb;
   const char* name;

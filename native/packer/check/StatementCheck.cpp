@@ -38,6 +38,8 @@ class NoActions : public InstructionActions {
   void setNumericVariable(std::int32_t /*number*/, std::int32_t /*value*/) override {}
 };
 
+/// The launcher's own interpreter has the last word, over actions that do nothing: what only it
+/// refuses is told in its words.
 std::string whyRefused(const Statement& statement) {
   // A jump goes to wherever its label is; that there is one is checked elsewhere.
   if (jumpTarget(statement)) return "";
@@ -100,6 +102,7 @@ void StatementCheck::run() {
   checkCommand(*findCommandForm(statement_.verb));
 }
 
+/// What looks like a comment of another language is called that, and not a misspelt command.
 void StatementCheck::checkUnknown() {
   const std::string& word = statement_.word;
   if (word.empty()) return error("empty-statement", "an empty statement ends the run: remove it");
@@ -257,6 +260,7 @@ void StatementCheck::checkSingleQuotes(const std::string& text) {
                              printable(text.substr(1, text.size() - 2)) + "\"");
 }
 
+/// The launcher ignores it, so it is no error; a comment behind a command is wanted.
 void StatementCheck::checkIgnored() {
   if (statement_.ignored.empty() || statement_.ignored.starts_with("//")) return;
   findings_.warning(file_, statement_.line, "ignored-argument",

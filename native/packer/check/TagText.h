@@ -14,6 +14,7 @@
 
 namespace vessant {
 
+/// One value of a tag, and where it stands.
 struct TextValue {
   /// What the launcher makes of it.
   std::string text;
@@ -22,6 +23,7 @@ struct TextValue {
   std::string meant;
 };
 
+/// One tag with all its values. Of a tag that stands twice there are two.
 struct TextTag {
   std::string name;
   int line = 0;
@@ -48,6 +50,8 @@ class TagText {
 
   /// False for a text that cannot be looked at any further.
   [[nodiscard]] bool isReadable() const { return readable_; }
+  /// After this, `check` says nothing more of the text: every further finding would be the same
+  /// one.
   void setUnreadable() { readable_ = false; }
   void add(TextTag tag) { tags_.push_back(std::move(tag)); }
 

@@ -65,6 +65,8 @@ void NotedLog::log(const SString& text, LogLevel /*level*/) {
   lines_.push_back(str(text));
 }
 
+/// Answers that nothing came of it, even where the command was run: a search that found what it
+/// looks for would end before the last home.
 ChildResult NotedPlatform::executeCommand(const ChildCommand& command, ProgressSink& progress) {
   NotedCommand noted{str(command.command),
                      str(command.workingDirectory),
@@ -111,6 +113,7 @@ const SString& PlannedFiles::extractedPath(const FileIndexEntry& entry) {
   return path_;
 }
 
+/// Of several archives the launcher hands out the last one that it extracted.
 SString PlannedFiles::extractApplicationArchives() const {
   SString last;
   for (const FileIndexEntry& entry : launcherFile().index()) {
@@ -144,6 +147,7 @@ DryRun::DryRun(const std::string& installer, RunArguments& runArguments)
   launcherFile.loadFileIndex(path, nullptr, log, messages);
 }
 
+/// Only what --try has extracted is there to be removed.
 DryRun::~DryRun() {
   tempFiles.cleanupTempFiles();
 }

@@ -46,6 +46,7 @@ class NotedLog : public LogSink {
   std::vector<std::string> lines_;
 };
 
+/// A search without anybody who watches it.
 class NoProgress : public ProgressSink {
  public:
   void addProgressDots(std::int32_t /*count*/) override {}
@@ -101,6 +102,9 @@ class PlannedFiles : public EmbeddedFiles {
   SString path_;
 };
 
+/// Everything that the launcher's searches and launches work on, made as LauncherMain makes it.
+/// Runs nothing and writes nothing unless its platform and its files are told to. The destructor
+/// removes what was extracted.
 struct DryRun {
   /// Throws LauncherException when the installer's index or one of its texts cannot be read.
   DryRun(const std::string& installer, RunArguments& arguments);
@@ -130,6 +134,7 @@ struct DryRun {
 /// A fresh copy of an embedded text's tags: what the launcher notes in them is not kept.
 [[nodiscard]] std::unique_ptr<TagFile> readTags(DryRun& run, const FileIndexEntry& entry);
 
+/// What the launcher would hand to the shell, or why it would not.
 struct LaunchPlan {
   std::string command;
   /// Empty when it is the user's own.
@@ -154,6 +159,7 @@ struct LaunchPlan {
 [[nodiscard]] std::unique_ptr<TagFile> tagsOf(const std::string& text, const std::string& name,
                                               DryRun& run);
 
+/// A file of the author's or the user's own that changes launches.
 struct SideFile {
   std::string path;
   const char* purpose;

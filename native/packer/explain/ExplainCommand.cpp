@@ -79,6 +79,7 @@ void Explainer::writeHead() {
   }
 }
 
+/// Statements are numbered as jumps count them, from 1 on: lines do not help whoever has no source.
 void Explainer::readScript() {
   const FileIndexEntry* script = run_.launcherFile.findByType(FileType::Instructions);
   if (script == nullptr) return;
@@ -180,6 +181,7 @@ void Explainer::writeLaunches() {
   }
 }
 
+/// Without --try nobody knows whether the first Java that is there is also right.
 void Explainer::writeFoundLaunch() {
   const std::optional<ChosenHome> chosen = chooseHome(homes_);
   if (!chosen) {

@@ -49,6 +49,8 @@ std::optional<std::vector<std::string>> valuesIn(const SString& output) {
   return values;
 }
 
+/// The verdict on the whole is the launcher's. Its verdict on each property comes from asking it
+/// about one alone.
 HomeAnswer answerOf(const NotedCommand& command, const TagFile& tags) {
   const SString output = sstr(command.output);
   NoLog log;
@@ -75,6 +77,8 @@ constexpr std::string_view kCheckingPath = "Checking path hint ";
 constexpr std::string_view kCheckingRelative = "Check path hint Relative ";
 constexpr std::string_view kSkipping = "Skipping JVM at ";
 
+/// As the launcher looks at it, but with a difference between what is not there and what cannot
+/// run.
 HomeState stateOf(const std::string& home, const SString& executable) {
   const SString path = joinPath(sstr(home), executable);
   struct stat status = {};
@@ -150,6 +154,7 @@ void HomeReader::tryHints() {
   note();
 }
 
+/// The search tells of its candidates in its log alone.
 void HomeReader::note() {
   for (const std::string& line : run_.log.take()) {
     if (std::optional<Home> home = candidateIn(line)) result_.homes.push_back(std::move(*home));

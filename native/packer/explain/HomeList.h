@@ -10,6 +10,8 @@
 
 namespace vessant {
 
+/// What stands where a Java is looked for. Skipped: the launcher does not even look, for its
+/// reasons.
 enum class HomeState { Exists, Missing, NotExecutable, Skipped };
 
 /// One property that a JVM file asks for, and what a Java answered.
@@ -33,6 +35,7 @@ struct HomeAnswer {
   std::string errors;
 };
 
+/// One place where the launcher looks, in the order in which it does.
 struct Home {
   std::string path;
   /// The hint that led to it.

@@ -35,6 +35,8 @@ int recommended(const JavaRange& range) {
   return range.min;
 }
 
+/// The names of packages are those that each distribution has had for years; a range with an end
+/// needs one with a number in it.
 std::vector<std::string> installCommands(const JavaRange& range) {
   const int version = recommended(range);
   const std::string number = std::to_string(version);
@@ -133,6 +135,8 @@ void addEnd(std::vector<std::string>& statements) {
                      std::string("ILAUNCH ") + kNoJavaId + " 0", ":end"});
 }
 
+/// "FIND_JVM 0 0" and "INSTALL_JVM 0" are silent: the launch command tells the user what is
+/// missing.
 std::vector<std::string> statementsOf(JavaSource source) {
   const bool isBundled = source == JavaSource::Bundled;
   const char* otherwise = source == JavaSource::FoundOrBundled ? "unpack" : "no-java";

@@ -49,6 +49,7 @@ struct Project {
 /// The tag of those two files that the launch command prints.
 inline constexpr const char* kNoJavaTag = "NO_JAVA";
 
+/// One file of the directory; the name has no directory in front.
 struct ProjectFile {
   std::string name;
   std::string text;

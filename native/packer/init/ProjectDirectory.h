@@ -7,6 +7,8 @@
 
 namespace vessant {
 
+/// Files are written into a hidden directory beside the new one, which gets its name in one step.
+/// In a directory that is there already each file is renamed by itself.
 class ProjectDirectory {
  public:
   /// Prepares a place for the files of the directory `path`. Throws LauncherException when that is

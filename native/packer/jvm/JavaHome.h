@@ -8,6 +8,7 @@
 
 namespace vessant {
 
+/// How a program ended.
 struct ProgramResult {
   /// The exit status, or 128 and the number of the signal that ended it.
   int status = 0;

@@ -138,6 +138,7 @@ constexpr std::string_view kSwitches =
     "SYSTEM: \"-D\"\n"
     "SYSTEM_SEPARATOR: \"=\"\n";
 
+/// The name becomes a part of a property's name, and that a word of the command that verifies.
 void checkModule(const std::string& name) {
   if (!name.empty() && name.find_first_not_of(kModuleCharacters) == std::string::npos) return;
   throw failure("\"" + name + "\" is no name of a module");
@@ -171,6 +172,7 @@ std::string joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
+/// Only 1.8 keeps its old name: nothing older is accepted, and 9 was never called 1.9.
 int parseJavaVersion(std::string_view text) {
   const std::string_view digits = text == "1.8" ? text.substr(2) : text;
   const char* end = digits.data() + digits.size();

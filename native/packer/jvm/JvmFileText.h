@@ -9,6 +9,7 @@
 
 namespace vessant {
 
+/// Feature versions, both ends included.
 struct JavaRange {
   /// The oldest one that the verification class runs on.
   static constexpr int kOldest = 8;
