@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <climits>
 #include <ctime>
+#include <new>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -38,6 +39,19 @@ void makeNonBlocking(int fd) {
   static_cast<void>(::fcntl(fd, F_SETFL, flags | O_NONBLOCK));
 }
 
+/// A text makes room for no more than it is asked for. Without more, a long output would be moved
+/// for every chunk of it.
+void makeRoom(SString& text, std::size_t added) {
+  const std::size_t needed = text.length() + added;
+  const std::size_t roomy = needed + needed / 2;
+  if (needed <= text.capacity() || roomy > SString::maxSize) return;
+  try {
+    text.reserve(static_cast<SString::Size>(roomy));
+  } catch (const std::bad_alloc&) {
+    return;  // there may be enough for the chunk itself
+  }
+}
+
 bool isWaiting(ssize_t result) {
   return result < 0 && (errno == EAGAIN || errno == EINTR);
 }
@@ -57,7 +71,10 @@ ssize_t readPipeChunk(int fd, SString* text, ProgressSink& progress) {
   const ssize_t result = ::read(fd, chunk, kChunkSize);
   if (result <= 0) return result;
   chunk[result] = '\0';
-  if (text != nullptr) text->append(chunk);
+  if (text != nullptr) {
+    makeRoom(*text, static_cast<std::size_t>(result));
+    text->append(chunk);
+  }
   progress.addProgressDots(1);
   return result;
 }

@@ -8,6 +8,7 @@
 
 #include "launcher/linux/ChildProcess.h"
 #include "launcher/linux/ChildWatch.h"
+#include "support/AllocationWatch.h"
 #include "unit/linux/ChildRunner.h"
 #include "unit/linux/ForkedRun.h"
 
@@ -48,6 +49,26 @@ TEST_F(ReadPipeChunk, AppendsAtMostOneChunkAndCountsAStep) {
   EXPECT_EQ(read(), 10);
   EXPECT_EQ(str(received), "old " + fill(kChunk + 10, 'x'));
   EXPECT_EQ(progress.steps, 2);
+}
+
+TEST_F(ReadPipeChunk, MovesALongTextSeldom) {
+  constexpr int kChunks = 400;
+  const AllocationWatch watch;
+  for (int i = 0; i < kChunks; ++i) {
+    write(fill(kChunk, 'x'));
+    ASSERT_EQ(read(), static_cast<ssize_t>(kChunk));
+  }
+  EXPECT_EQ(received.length(), kChunks * kChunk);
+  EXPECT_LT(watch.sizes().size(), kChunks / 10U);
+}
+
+TEST_F(ReadPipeChunk, TakesTheChunkWhenThereIsMemoryForNoMore) {
+  write(fill(kChunk, 'x'));
+  AllocationWatch watch;
+  watch.failNext(2);  // the rounded and the exact block of the room
+  EXPECT_EQ(read(), static_cast<ssize_t>(kChunk));
+  EXPECT_EQ(str(received), fill(kChunk, 'x'));
+  EXPECT_LT(received.capacity(), kChunk + kChunk / 2);
 }
 
 TEST_F(ReadPipeChunk, LosesTheRestOfAChunkBehindAZeroByte) {
