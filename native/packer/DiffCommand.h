@@ -7,6 +7,8 @@
 
 namespace vessant {
 
+/// Compares two installers file by file: texts as a unified diff, others by their first different
+/// byte. Leaves status 1 in `session`, to which `app` keeps a reference, when they differ.
 void addDiffCommand(CLI::App& app, Session& session);
 
 }  // namespace vessant

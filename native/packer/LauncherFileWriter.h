@@ -37,6 +37,7 @@ inline constexpr std::uint64_t kAlignment = 4096;
 [[nodiscard]] Layout layOut(std::uint64_t launcherLength, const std::vector<PlacedPart>& parts,
                             bool align);
 
+/// In two steps, so that what cannot be packed is known before anything is written.
 class LauncherFileWriter {
  public:
   /// Looks at all files of the manifest, whose output and launcher are set. What the format cannot
@@ -48,6 +49,7 @@ class LauncherFileWriter {
   void write(const Session& session) const;
 
  private:
+  /// A file as it was measured; `write` refuses one that has another length by then.
   struct Part {
     PackedFile file;
     std::uint64_t length;

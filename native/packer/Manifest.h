@@ -35,11 +35,15 @@ namespace vessant {
 /// One file to pack.
 struct PackedFile {
   FileType type;
+  /// By which scripts and launch commands name the file; no other file has it.
   std::uint32_t id;
+  /// Where the file was found: relative to the current directory, or absolute.
   SString path;
+  /// Under which it is packed and extracted: no slash, no control character, no other's name.
   SString name;
   /// In the manifest's text.
   int line = 0;
+  /// As the manifest says; what `bundle-jvm` made is measured when it is packed.
   std::optional<SizeInformation> unpacks = {};
 };
 
@@ -56,6 +60,7 @@ struct Manifest {
   std::uint8_t mode = 0;
   /// Whether large files begin on a page.
   bool align = true;
+  /// In the order in which they are packed; without those whose lines cannot be understood.
   std::vector<PackedFile> files;
 };
 

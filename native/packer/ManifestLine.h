@@ -12,7 +12,9 @@ namespace vessant {
 
 /// What unpacking a file will make of it.
 struct SizeInformation {
+  /// Files, directories and links.
   std::uint32_t files = 0;
+  /// The sizes of the files together, by which the launcher looks for room on the disk.
   std::uint32_t bytes = 0;
 };
 
@@ -20,6 +22,7 @@ struct ManifestLine {
   FileType type = FileType::Instructions;
   /// Absent when vspack shall number the file.
   std::optional<std::uint32_t> id;
+  /// As written, without its quotes.
   std::string path;
   /// Empty when the file keeps its own name.
   std::string name;

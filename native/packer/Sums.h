@@ -66,8 +66,11 @@ class OnePass {
   std::vector<std::string> fileSums_;
 };
 
+/// One line of what sha256sum writes.
 struct SumLine {
+  /// 64 small hexadecimal digits.
   std::string sum;
+  /// Without escapes: the bytes of the name.
   std::string name;
   /// In the file of sums, from 1.
   int line = 0;

@@ -7,6 +7,7 @@
 
 namespace vessant {
 
+/// Says of each file what its index entry says, so that the packer has nothing to choose.
 class UnpackedManifest {
  public:
   /// The installer's structure must be sound; it must outlive this.
@@ -16,6 +17,7 @@ class UnpackedManifest {
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] const std::string& launcherName() const { return launcherName_; }
 
+  /// The whole manifest, for a file in the directory of the extracted ones.
   [[nodiscard]] std::string text() const;
   /// Whether packing with this manifest makes the installer again, byte for byte. An installer that
   /// was not packed by vspack may have its files in another order or gaps of its own.
