@@ -105,6 +105,12 @@ TEST_F(TagFileErrors, KeepNoTagWhoseBlockHasNoEnd) {
   EXPECT_EQ(tagsOf(file), (Tags{{"A", {"1"}}}));
 }
 
+TEST_F(TagFileErrors, GiveTheLinesOfSuchABlockToNoLaterTag) {
+  EXPECT_NE(thrownMessage([&] { read("L:\na\nb\n"); }), "");
+  read("M:\nc\n/:\n");
+  EXPECT_EQ(tagsOf(file), (Tags{{"M", {"c"}}}));
+}
+
 TEST_F(TagFileErrors, NameThePathOfAFile) {
   const std::string path = tree.file("bad.tag", "bad\n");
   EXPECT_EQ(thrownMessage([&] { TagFile(SString(path), log); }),
