@@ -25,7 +25,7 @@ std::string pathMark(const std::string& what) {
 }
 
 /// One expansion of one text for one delimiter.
-class Trial : public MacroHandler {
+class Trial final : public MacroHandler {
  public:
   Trial(const TrialWorld& world, const TagText& jvmFile, Findings& findings)
       : world_(world), jvmFile_(jvmFile), findings_(findings) {}
@@ -72,7 +72,7 @@ TrialCommand Trial::run() {
 std::string Trial::expand(const std::string& text, char delimiter) {
   uncollapsed_ = text;
   try {
-    const std::string result = str(expandMacros(sstr(text), *this, delimiter));
+    std::string result = str(expandMacros(sstr(text), *this, delimiter));
     checkLoneMarks(uncollapsed_, delimiter);
     return result;
   } catch (const LauncherException& failure) {

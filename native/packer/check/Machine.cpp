@@ -29,7 +29,8 @@ constexpr Machine kMachines[] = {
     {EM_MIPS, "mips"}, {EM_SPARCV9, "sparc"},
 };
 
-constexpr std::string_view kOwner("Vessant", 8);  // with its NUL
+constexpr char kOwnerName[] = "Vessant";
+constexpr std::string_view kOwner(kOwnerName, sizeof(kOwnerName));  // with its NUL
 constexpr std::size_t kMostSegments = 64;
 constexpr std::size_t kMostNoteBytes = 1U << 16U;
 
@@ -73,7 +74,7 @@ std::string versionIn(const ByteSource& program) {
   for (std::size_t i = 0; readRecord(table, i * sizeof(Segment), segment); ++i) {
     if (segment.p_type != PT_NOTE) continue;
     const std::size_t length = std::min<std::uint64_t>(segment.p_filesz, kMostNoteBytes);
-    const std::string version = noteIn(program.bytesAt(segment.p_offset, length));
+    std::string version = noteIn(program.bytesAt(segment.p_offset, length));
     if (!version.empty()) return version;
   }
   return "";
@@ -94,7 +95,7 @@ std::string machineOf(std::string_view bytes) {
 }
 
 std::string machineOfRuntime(const ByteSource& installer) {
-  const std::string own = machineOf(installer.bytesAt(0, kMachineEnd));
+  std::string own = machineOf(installer.bytesAt(0, kMachineEnd));
   if (!own.empty()) return own;
   const std::optional<ArchivePlace> place = findArchive(installer);
   if (!place || place->format != ArchiveFormat::Tar) return "";
@@ -102,7 +103,7 @@ std::string machineOfRuntime(const ByteSource& installer) {
   ArchiveReader reader(installer.part(place->offset, length, installer.label()), place->format);
   std::uint64_t unpacked = 0;
   while (const std::optional<ArchiveMember> member = reader.next()) {
-    const std::string machine = member->isRegular ? machineOf(reader.contents(kMachineEnd)) : "";
+    std::string machine = member->isRegular ? machineOf(reader.contents(kMachineEnd)) : "";
     if (!machine.empty()) return machine;
     unpacked += place->isCompressed ? member->size : 0;
     if (unpacked > kMostUnpacked) break;

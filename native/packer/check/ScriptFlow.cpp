@@ -83,7 +83,7 @@ ScriptFlow FlowReader::follow() {
     open_.pop_back();
     flow_.reachable[state.place] = true;
     flow_.setStrings[state.place] |= state.strings;
-    step(std::move(state));
+    step(state);
   }
   if (open_.empty()) return std::move(flow_);
   flow_.reachable.assign(statements_.size(), true);
@@ -96,7 +96,7 @@ void FlowReader::step(State state) {
   const std::optional<std::string> label = jumpTarget(statement);
   switch (statement.verb) {
     case Verb::Jmp0:
-      return branch(std::move(state));
+      return branch(state);
     case Verb::Goto:
       state.cameFrom = state.place;
       return jump(state, label.value_or(""));
@@ -117,7 +117,7 @@ void FlowReader::step(State state) {
       break;
   }
   const std::size_t next = state.place + 1;
-  reach(std::move(state), next);
+  reach(state, next);
 }
 
 /// A computed label may be any. One that is not there is reported elsewhere and was meant to be
@@ -148,7 +148,7 @@ void FlowReader::branch(State state) {
   if (value == Known::Zero) return;
   if (variable) state.numbers[*variable] = Known::NotZero;
   const std::size_t next = state.place + 1;
-  reach(std::move(state), next);
+  reach(state, next);
 }
 
 /// FIND_JVM sets S1 and S2, the others S1.
@@ -184,7 +184,7 @@ void FlowReader::assign(State& state) const {
 void FlowReader::reach(State state, std::size_t place) {
   state.place = place;
   if (place < statements_.size()) {
-    if (seen_.insert(state).second) open_.push_back(std::move(state));
+    if (seen_.insert(state).second) open_.push_back(state);
     return;
   }
   flow_.ends = true;
