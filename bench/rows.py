@@ -116,10 +116,11 @@ def many_files(bench):
             (source / f"file{number}").write_bytes(data)
             installer.add("application", number + 1, f"file{number}", data)
         installer.write()
+        anew = fresh(out)
         rounds = Rounds(
-            bench.rounds, cp=Contender("cp", "-r", source, out / "copy", before=fresh(out), count=1),
+            bench.rounds, cp=Contender("cp", "-r", source, out / "copy", before=anew, count=1),
             launcher=Contender(BIN / "inside", out, place / "installer", "-vs:silent",
-                               "-vs:extract", before=fresh(out)))
+                               "-vs:extract", before=anew))
         for what in ("cpu", "elapsed"):
             yield Row.ratio_row(f"extraction of 200 files of 50 KB, {label(what)}",
                                 "`cp -r`, on a fresh file system",

@@ -18,10 +18,12 @@ constexpr mode_t kExecutable = S_IXUSR | S_IXGRP | S_IXOTH;
 }  // namespace
 
 NewFile::NewFile(const SString& directory, const SString& name, const UniqueFd& keep)
-    : name_(name),
-      directory_(::open(directory.isEmpty() ? "." : directory.cString(),
-                        O_PATH | O_DIRECTORY | O_CLOEXEC)) {
-  error_ = directory_.isOpen() ? create(keep) : errno;
+    : name_(name) {
+  if (!directory.isEmpty()) {
+    directory_.reset(::open(directory.cString(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    directoryFd_ = directory_.get();
+  }
+  error_ = directoryFd_ == -1 ? errno : create(keep);
 }
 
 int NewFile::create(const UniqueFd& keep) {
@@ -33,16 +35,16 @@ int NewFile::create(const UniqueFd& keep) {
 
 int NewFile::open() {
   constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  file_.reset(::openat(directory_.get(), name_.cString(), kFlags, kFileMode));
+  file_.reset(::openat(directoryFd_, name_.cString(), kFlags, kFileMode));
   return file_.isOpen() ? 0 : errno;
 }
 
 /// What lies in the way is removed instead of cut: whoever laid a link there, or reads the old
 /// file, is none the wiser.
 int NewFile::clearPlace(const UniqueFd& keep) const {
-  const std::optional<FileIdentity> found = identityOf(directory_.get(), name_.cString());
+  const std::optional<FileIdentity> found = identityOf(directoryFd_, name_.cString());
   if (found && found == identityOf(keep.get())) return ETXTBSY;
-  return ::unlinkat(directory_.get(), name_.cString(), 0) == 0 || errno == ENOENT ? 0 : errno;
+  return ::unlinkat(directoryFd_, name_.cString(), 0) == 0 || errno == ENOENT ? 0 : errno;
 }
 
 void NewFile::makeExecutable() const {
@@ -57,7 +59,7 @@ int NewFile::close() {
 }
 
 void NewFile::remove() const {
-  static_cast<void>(::unlinkat(directory_.get(), name_.cString(), 0));
+  static_cast<void>(::unlinkat(directoryFd_, name_.cString(), 0));
 }
 
 }  // namespace vessant

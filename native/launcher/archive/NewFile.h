@@ -1,6 +1,8 @@
 // A file that is made afresh in a directory that others may write to.
 #pragma once
 
+#include <fcntl.h>
+
 #include "launcher/base/Handles.h"
 #include "launcher/base/SString.h"
 
@@ -36,6 +38,7 @@ class NewFile {
 
   SString name_;
   UniqueFd directory_;
+  int directoryFd_ = AT_FDCWD;  // nothing needs to be opened for the current one
   UniqueFd file_;
   int error_ = 0;
 };
