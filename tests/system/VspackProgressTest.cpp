@@ -23,7 +23,8 @@ using testing::Not;
 /// The time after which a command shows that it works.
 constexpr timespec kPatience = {1, 50'000'000};
 
-/// A command, and the system call before the last of which there is more to do.
+/// A command, and the system call by which it reads: the sanitizers have none of these of their
+/// own.
 struct Case {
   const char* name;
   std::vector<std::string> arguments;
@@ -80,9 +81,9 @@ INSTANTIATE_TEST_SUITE_P(
     Commands, VspackProgressTest,
     testing::Values(Case{"Pack",
                          {"pack", "pack.manifest", "--allow", "no-script", "--no-align"},
-                         SYS_write,
+                         SYS_pread64,
                          "packing new"},
-                    Case{"Extract", {"extract", "setup", "-C", "x"}, SYS_write, "extracting"},
+                    Case{"Extract", {"extract", "setup", "-C", "x"}, SYS_pread64, "extracting"},
                     Case{"Sums", {"sums", "setup"}, SYS_pread64, "summing up setup"},
                     Case{"VerifySums",
                          {"verify", "setup", "--sums", "setup.sums"},
