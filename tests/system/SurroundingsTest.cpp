@@ -35,7 +35,19 @@ struct Surroundings : SystemTest, ::testing::WithParamInterface<Surrounding> {
   }
 };
 
+#ifdef __SANITIZE_ADDRESS__
+/// The sanitizers have a need of their own for descriptors and for /proc.
+bool spoilsSanitizers(std::string_view name) {
+  return name.starts_with("Files") || name == "NoProc";
+}
+#else
+bool spoilsSanitizers(std::string_view /*name*/) {
+  return false;
+}
+#endif
+
 TEST_P(Surroundings, AreNoReasonForADisorderlyEnd) {
+  if (spoilsSanitizers(GetParam().name)) GTEST_SKIP() << "the sanitizers cannot live there";
   const ProcessResult result = runCommand({"/bin/sh", "-c", GetParam().script, launcher,
                                            "-vs:tempdir", tempRoot, "-vs:log", logName()});
   if (result.status == kCannotBeTried) GTEST_SKIP() << "not to be had on this machine";

@@ -40,7 +40,7 @@ TarWriter::TarWriter(Sink sink, bool compress)
 
 TarWriter::~TarWriter() {
   // An archive that was not finished is given up: nothing more shall reach the sink.
-  archive_write_fail(tar_.get());
+  givenUp_ = true;
 }
 
 void TarWriter::add(const RuntimeEntry& entry, const std::string& name) {
@@ -83,19 +83,20 @@ void TarWriter::addBytes(const RuntimeEntry& entry) {
 void TarWriter::write(std::string_view bytes) {
   if (bytes.empty()) return;
   const la_ssize_t written = archive_write_data(tar_.get(), bytes.data(), bytes.size());
-  if (written < 0) check(ARCHIVE_FATAL);
+  check(written < 0 ? ARCHIVE_FATAL : ARCHIVE_OK);
 }
 
-/// Called by the library, through which no exception may pass.
+/// Called by the library, through which no exception may pass. It hears of no failure either: it
+/// would not give back the memory of an archive that failed.
 long TarWriter::writeToSink(archive* /*tar*/, void* self, const void* buffer, std::size_t count) {
   auto* writer = static_cast<TarWriter*>(self);
   try {
-    writer->sink_({static_cast<const char*>(buffer), count});
-    return static_cast<long>(count);
+    if (!writer->givenUp_) writer->sink_({static_cast<const char*>(buffer), count});
   } catch (...) {
     writer->sinkFailure_ = std::current_exception();
-    return -1;
+    writer->givenUp_ = true;
   }
+  return static_cast<long>(count);
 }
 
 void TarWriter::check(int result) {

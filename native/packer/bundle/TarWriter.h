@@ -44,6 +44,7 @@ class TarWriter {
 
   Sink sink_;
   std::exception_ptr sinkFailure_;
+  bool givenUp_ = false;
   std::unique_ptr<archive, int (*)(archive*)> tar_;
 };
 
