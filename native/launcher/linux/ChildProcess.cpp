@@ -78,10 +78,11 @@ int errorIn(const UniqueFd& counter) {
 }  // namespace
 
 void prepareProcess() {
-  // The system gives the lowest free number each time.
-  int fd = openPlaceholder();
-  while (fd >= 0 && fd <= STDERR_FILENO) fd = ::dup(fd);
-  if (fd > STDERR_FILENO) ::close(fd);
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    // The system gives the lowest free number, which is this one. Nothing is opened to find out
+    // whether it is missing: that would be noticed in the shortest run.
+    if (::fcntl(stream, F_GETFD) < 0) static_cast<void>(openPlaceholder());
+  }
   // Who ignores it when he starts the launcher has the system throw away how children ended.
   std::signal(SIGCHLD, SIG_DFL);
 }
