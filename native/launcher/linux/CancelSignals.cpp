@@ -30,6 +30,14 @@ void onHarmless(int /*signal*/) {}
   ::_exit(kSignalBase + signal);
 }
 
+bool setHandler(int signal, void (*handler)(int), int flags, struct sigaction* before) {
+  struct sigaction action = {};
+  ::sigemptyset(&action.sa_mask);
+  action.sa_handler = handler;
+  action.sa_flags = flags;
+  return ::sigaction(signal, &action, before) == 0;
+}
+
 /// Holds all signals back. One that is found to be ignored only after its handler was installed
 /// stays ignored, because what has arrived meanwhile is dropped; asking first would double the
 /// number of calls, which is noticed in the shortest run.
@@ -63,7 +71,8 @@ CancelSignals::CancelSignals(CancelFlag& flag) : flag_(flag) {
 
 CancelSignals::~CancelSignals() {
   for (int signal = 1; signal < kSignalLimit; ++signal) {
-    if (installed_[signal]) ::sigaction(signal, &previous_[signal], nullptr);
+    const Previous& previous = previous_[signal];
+    if (previous.replaced) setHandler(signal, previous.handler, previous.flags, nullptr);
   }
   living = nullptr;
 }
@@ -120,13 +129,13 @@ void CancelSignals::arrive(int signal) {
 }
 
 void CancelSignals::install(int signal, void (*handler)(int), int flags) {
-  struct sigaction action = {};
-  ::sigemptyset(&action.sa_mask);
-  action.sa_handler = handler;
-  action.sa_flags = flags;
-  if (::sigaction(signal, &action, &previous_[signal]) != 0) return;
-  installed_[signal] = previous_[signal].sa_handler != SIG_IGN;
-  if (!installed_[signal]) ::sigaction(signal, &previous_[signal], nullptr);
+  struct sigaction before = {};
+  if (!setHandler(signal, handler, flags, &before)) return;
+  if (before.sa_handler == SIG_IGN) {
+    setHandler(signal, SIG_IGN, 0, nullptr);
+  } else {
+    previous_[signal] = {true, before.sa_flags, before.sa_handler};
+  }
 }
 
 }  // namespace vessant

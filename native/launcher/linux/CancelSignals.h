@@ -52,8 +52,14 @@ class CancelSignals {
   volatile std::sig_atomic_t noting_ = 0;
   volatile std::sig_atomic_t noted_[kSignalLimit] = {};
   volatile std::sig_atomic_t seen_[kSignalLimit] = {};
-  struct sigaction previous_[kSignalLimit] = {};
-  bool installed_[kSignalLimit] = {};
+  /// What there was before. A process begins without handlers, so that no handler's mask of held
+  /// signals has to be kept, which would take most of the room.
+  struct Previous {
+    bool replaced = false;
+    int flags = 0;
+    void (*handler)(int) = nullptr;
+  };
+  Previous previous_[kSignalLimit];
 };
 
 }  // namespace vessant
