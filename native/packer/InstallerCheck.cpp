@@ -1,6 +1,7 @@
 #include "packer/InstallerCheck.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +40,7 @@ class StructureCheck {
   }
   void checkBounds();
   void checkOverlaps();
+  [[nodiscard]] bool mayRepeatNames() const;
   void checkNames();
   void checkIds();
   void checkEnd();
@@ -75,14 +77,17 @@ void StructureCheck::checkBounds() {
 
 std::vector<Claim> StructureCheck::claims() const {
   std::vector<Claim> claims;
+  claims.reserve(installer_.entries().size() + 1);
   for (const FileIndexEntry& entry : installer_.entries()) {
     const std::uint64_t start = entry.offset;
     if (entry.length == 0) continue;
     claims.push_back({start, start + entry.length, &entry});
   }
   claims.push_back({installer_.indexOffset(), installer_.size(), nullptr});
-  std::stable_sort(claims.begin(), claims.end(),
-                   [](const Claim& a, const Claim& b) { return a.start < b.start; });
+  const auto isInFront = [](const Claim& a, const Claim& b) { return a.start < b.start; };
+  if (!std::is_sorted(claims.begin(), claims.end(), isInFront)) {  // vspack packs them in order
+    std::stable_sort(claims.begin(), claims.end(), isInFront);
+  }
   return claims;
 }
 
@@ -98,14 +103,27 @@ void StructureCheck::checkOverlaps() {
   }
 }
 
+/// Told by sorted hashes, which takes a tenth of the memory of a set of thousands of names.
+bool StructureCheck::mayRepeatNames() const {
+  std::vector<std::size_t> hashes;
+  hashes.reserve(installer_.entries().size());
+  for (const FileIndexEntry& entry : installer_.entries()) {
+    hashes.push_back(std::hash<std::string_view>()(entry.fileName));
+  }
+  std::sort(hashes.begin(), hashes.end());
+  return std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end();
+}
+
 void StructureCheck::checkNames() {
-  std::unordered_set<std::string_view> names(installer_.entries().size());
-  std::unordered_set<std::string_view> repeated;
   for (const FileIndexEntry& entry : installer_.entries()) {
     const std::string flaw = nameFlaw(entry.fileName);
-    if (!flaw.empty()) {
-      error("hostile-name", quotedName(entry.fileName) + " cannot be extracted: the name " + flaw);
-    }
+    if (flaw.empty()) continue;
+    error("hostile-name", quotedName(entry.fileName) + " cannot be extracted: the name " + flaw);
+  }
+  if (!mayRepeatNames()) return;
+  std::unordered_set<std::string_view> names;
+  std::unordered_set<std::string_view> repeated;
+  for (const FileIndexEntry& entry : installer_.entries()) {
     const std::string_view name = entry.fileName;
     if (!names.insert(name).second && repeated.insert(name).second) {
       error("repeated-name", "two files are called " + quotedName(name));
@@ -115,7 +133,13 @@ void StructureCheck::checkNames() {
 
 /// The launcher takes the first.
 void StructureCheck::checkIds() {
-  std::unordered_set<std::uint32_t> ids(installer_.entries().size());
+  const auto isBehind = [](const FileIndexEntry& a, const FileIndexEntry& b) {
+    return a.fileId >= b.fileId;
+  };
+  const std::vector<FileIndexEntry>& entries = installer_.entries();
+  // Numbers that vspack gave rise from file to file.
+  if (std::adjacent_find(entries.begin(), entries.end(), isBehind) == entries.end()) return;
+  std::unordered_set<std::uint32_t> ids;
   std::unordered_set<std::uint32_t> repeated;
   for (const FileIndexEntry& entry : installer_.entries()) {
     if (!ids.insert(entry.fileId).second && repeated.insert(entry.fileId).second) {

@@ -10,7 +10,7 @@ namespace vessant {
 namespace {
 
 FileType readType(std::FILE* stream) {
-  const int byte = std::getc(stream);
+  const int byte = ::getc_unlocked(stream);
   if (byte == EOF || byte > kLastFileType) {
     throw LauncherException("Invalid file type in file index.");
   }
@@ -22,7 +22,7 @@ FileType readType(std::FILE* stream) {
 SString readName(std::FILE* stream, std::int16_t length) {
   SString name;
   for (int i = 0; i < length; ++i) {
-    const int byte = std::getc(stream);
+    const int byte = ::getc_unlocked(stream);
     if (byte == EOF || byte == '\n') break;
     name += static_cast<char>(byte);
   }
@@ -52,7 +52,7 @@ void readFileIndexEntry(FileIndexEntry& entry, std::FILE* stream) {
   entry.offset = readInt32(stream, "Unable to load offset to file bytes.");
   entry.fileName = readName(stream, readInt16(stream, "Unable to load the string value."));
   // Every value but 1, the end of the file included, means that the two fields are absent.
-  entry.hasSizeInformation = std::getc(stream) == kHasSizeInformation;
+  entry.hasSizeInformation = ::getc_unlocked(stream) == kHasSizeInformation;
   if (!entry.hasSizeInformation) return;
   entry.expandedFileCount = readInt32(stream, "Unable to load decompressed file count.");
   entry.expandedSize = readInt32(stream, "Unable to load decompressed size.");

@@ -63,11 +63,14 @@ void readQuoted(SString& result, std::string_view text, SString::Size& position,
 
 }  // namespace
 
+// No stream is shared between threads, so that none of the readers locks one for each byte.
+
 // Binary numbers.
 
 int readBytes(std::FILE* stream, unsigned char* buffer, int count) {
-  if (std::feof(stream) != 0 || std::ferror(stream) != 0) return 0;
-  int stored = static_cast<int>(std::fread(buffer, 1, static_cast<std::size_t>(count), stream));
+  if (::feof_unlocked(stream) != 0 || ::ferror_unlocked(stream) != 0) return 0;
+  const auto wanted = static_cast<std::size_t>(count);
+  int stored = static_cast<int>(::fread_unlocked(buffer, 1, wanted, stream));
   // The end is known only once a read has met it; EOF, stored as a byte, is the 255.
   if (stored < count) buffer[stored++] = static_cast<unsigned char>(EOF);
   return stored;
@@ -88,7 +91,7 @@ bool readLine(std::FILE* stream, SString& line) {
   char piece[kPieceSize];
   std::size_t filled = 0;
   int character = 0;
-  while ((character = std::getc(stream)) != EOF && character != kNewline) {
+  while ((character = ::getc_unlocked(stream)) != EOF && character != kNewline) {
     if (character == kReturn) continue;
     if (filled == sizeof(piece)) {
       line.append(std::string_view(piece, filled));

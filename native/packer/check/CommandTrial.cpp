@@ -29,6 +29,9 @@ class Trial final : public MacroHandler {
  public:
   Trial(const TrialWorld& world, const TagText& jvmFile, Findings& findings)
       : world_(world), jvmFile_(jvmFile), findings_(findings) {}
+  Trial(const Trial&) = default;
+  Trial& operator=(const Trial&) = delete;
+  virtual ~Trial() = default;
 
   std::string expand(const std::string& text, char delimiter);
   TrialCommand run();

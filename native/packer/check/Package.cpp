@@ -1,6 +1,7 @@
 #include "packer/check/Package.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "launcher/base/PathUtil.h"
 #include "packer/Text.h"
@@ -120,15 +121,16 @@ Package packageOf(const Installer& installer, Findings& findings) {
   package.directory = directoryOfPath(installer.path());
   package.mode = installer.modeByte();
   package.launcher = installer.launcher();
+  package.files.reserve(installer.entries().size());
   for (const FileIndexEntry& entry : installer.entries()) {
     if (!installer.isWithin(entry)) {
       package.isComplete = false;
       continue;
     }
     checkEnding(installer, entry, findings);
-    const std::string name = str(entry.fileName);
-    package.files.push_back(
-        {entry.type, entry.fileId, name, name, 0, installer.bytesOf(entry), entry.expandedSize});
+    std::string name = str(entry.fileName);
+    package.files.push_back({entry.type, entry.fileId, name, std::move(name), 0,
+                             installer.bytesOf(entry), entry.expandedSize});
   }
   return package;
 }
