@@ -36,9 +36,9 @@ class BlockWriterTest : public testing::Test {
 // From within a page, from its border and from around the sizes at which the ways part; to the
 // start of the file, to a page's border and to anywhere.
 TEST_F(BlockWriterTest, AppendsStretchesOfEverySizeFromAndToEveryPlace) {
-  for (const std::uint64_t to : {0, 1, 4096, 65536, 131071}) {
-    for (const std::uint64_t from : {0, 1, 4096, 5000}) {
-      for (const std::uint64_t size : {0, 1, 65535, 65536, 131072, 131073, 2'990'000}) {
+  for (const std::uint64_t to : {0U, 1U, 4096U, 65536U, 131071U}) {
+    for (const std::uint64_t from : {0U, 1U, 4096U, 5000U}) {
+      for (const std::uint64_t size : {0U, 1U, 65535U, 65536U, 131072U, 131073U, 2'990'000U}) {
         std::uint64_t told = 0;
         BlockWriter file = writer();
         file.padTo(to);
@@ -57,7 +57,7 @@ TEST_F(BlockWriterTest, AppendsStretchesOfEverySizeFromAndToEveryPlace) {
 TEST_F(BlockWriterTest, WritesSmallAndLargeTextsInOrder) {
   std::string all;
   BlockWriter file = writer();
-  for (const std::size_t size : {1, 131071, 1, 131072, 300000, 5}) {
+  for (const std::size_t size : {1U, 131071U, 1U, 131072U, 300000U, 5U}) {
     file.write(bytes.substr(0, size));
     all += bytes.substr(0, size);
   }

@@ -11,7 +11,6 @@ namespace vessant::test {
 namespace {
 
 using testing::HasSubstr;
-using testing::StartsWith;
 
 class CommandsTest : public testing::Test {
  protected:

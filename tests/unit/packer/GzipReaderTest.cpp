@@ -55,7 +55,8 @@ std::string numbers() {
 TEST(GzipReader, UnpacksInWhateverPiecesItGets) {
   const std::string text = numbers();
   const std::string bytes = packed(text);
-  for (const std::size_t step : {1, 7, 4096, 10'000'000}) EXPECT_EQ(unpacked(bytes, step), text);
+  for (const std::size_t step : {1U, 7U, 4096U, 10'000'000U})
+    EXPECT_EQ(unpacked(bytes, step), text);
   EXPECT_EQ(unpacked(packed("")), "");
 }
 

@@ -18,7 +18,6 @@ namespace vessant::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 template <class Action>

@@ -12,7 +12,6 @@
 namespace vessant::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 class PackTest : public testing::Test {
