@@ -223,3 +223,13 @@ def fresh(directory):
             directory.rename(directory.with_name(f"{directory.name}-{next(numbers)}"))
         os.mkdir(directory)
     return replace
+
+
+def settled(directory):
+    """The same as `empty`, and nobody waits for what another has still to write."""
+    clear = empty(directory)
+
+    def settle():
+        clear()
+        os.sync()
+    return settle

@@ -5,7 +5,7 @@ import shutil
 from pathlib import Path
 
 from machine import (BIN, LAUNCHER, SHARE, Contender, Installer, Missing, Rounds, blob, empty,
-                     fresh, has, loop_device, need, run, sharing_file_system)
+                     fresh, has, loop_device, need, run, settled, sharing_file_system)
 
 MEGABYTE = 1 << 20
 
@@ -306,9 +306,9 @@ def packing(bench):
     (place / "join").write_text(f"#!/bin/sh\nexec cat {' '.join(map(str, names))} >{out}/all\n")
     (place / "join").chmod(0o755)
     rounds = Rounds(
-        bench.rounds, cat=Contender(place / "join", before=empty(out)),
+        bench.rounds, cat=Contender(place / "join", before=settled(out)),
         vspack=Contender(BIN / "vspack", "pack", place / "pack.manifest", "-o", out / "all",
-                         "--allow", "no-script", before=empty(out)))
+                         "--allow", "no-script", before=settled(out)))
     if not (out / "all").exists():
         raise Missing("vspack does not pack what the bench has made")
     for what in ("cpu", "elapsed"):
