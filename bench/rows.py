@@ -32,9 +32,16 @@ class Row:
         return Row(what, yardstick, spread.text(), "a peer", None, spread.median)
 
 
+def copied(bench, program):
+    """A program as a download leaves it. A linker writes a file in pieces, which the kernel keeps
+    in small ones and maps more slowly."""
+    return Path(shutil.copy(program, bench.work))
+
+
 def bare_launcher(bench):
-    rounds = Rounds(bench.rounds, launcher=Contender(LAUNCHER, "-vs:version", count=200),
-                    empty=Contender(BIN / "empty", count=200))
+    rounds = Rounds(bench.rounds,
+                    launcher=Contender(copied(bench, LAUNCHER), "-vs:version", count=200),
+                    empty=Contender(copied(bench, BIN / "empty"), count=200))
     yield Row.ratio_row("`-vs:version`, whole process, CPU", "an empty static C program",
                         rounds.ratios("launcher", "empty"), 1.10)
 
@@ -42,7 +49,7 @@ def bare_launcher(bench):
 def long_launcher(bench):
     big = Installer(bench.work / "long").add("application", 1, "big", blob(200 * MEGABYTE)).write()
     rounds = Rounds(bench.rounds, long=Contender(big, "-vs:version", count=100),
-                    bare=Contender(LAUNCHER, "-vs:version", count=100))
+                    bare=Contender(copied(bench, LAUNCHER), "-vs:version", count=100))
     yield Row.ratio_row("the same with 200 MB of files behind it, CPU", "the bare launcher",
                         rounds.ratios("long", "bare"), 1.02)
     big.unlink()

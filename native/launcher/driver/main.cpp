@@ -47,7 +47,8 @@ static_assert(sizeof(kVersion) <= sizeof(Note::description),
 int main(int argumentCount, char** arguments) {
   vessant::prepareProcess();
   vessant::LauncherState state;
-  const vessant::CancelSignals signals(state.cancelFlag);
+  const vessant::CancelSignals signals(state.cancelFlag,
+                                       vessant::CancelSignals::Afterwards::ProcessEnds);
   try {
     return vessant::runLauncher(argumentCount, arguments, state);
   } catch (...) {

@@ -58,7 +58,8 @@ class HeldSignals {
 
 }  // namespace
 
-CancelSignals::CancelSignals(CancelFlag& flag) : flag_(flag) {
+CancelSignals::CancelSignals(CancelFlag& flag, Afterwards afterwards)
+    : flag_(flag), afterwards_(afterwards) {
   const HeldSignals held;
   living = this;
   for (const int signal : kEndingSignals) install(signal, onSignal, 0);
@@ -70,11 +71,12 @@ CancelSignals::CancelSignals(CancelFlag& flag) : flag_(flag) {
 }
 
 CancelSignals::~CancelSignals() {
+  living = nullptr;
+  if (afterwards_ == Afterwards::ProcessEnds) return;
   for (int signal = 1; signal < kSignalLimit; ++signal) {
     const Previous& previous = previous_[signal];
     if (previous.replaced) setHandler(signal, previous.handler, previous.flags, nullptr);
   }
-  living = nullptr;
 }
 
 CancelSignals* CancelSignals::current() {

@@ -16,8 +16,12 @@ namespace vessant {
 /// Programs that the launcher starts have the defaults again, and ignore what was ignored.
 class CancelSignals {
  public:
+  /// Whether the handlers of before come back when the object goes. Where the process ends then,
+  /// nobody needs them: a signal that comes that late does nothing, and their calls are saved.
+  enum class Afterwards { Restored, ProcessEnds };
+
   /// The flag is the caller's and must outlive this.
-  explicit CancelSignals(CancelFlag& flag);
+  explicit CancelSignals(CancelFlag& flag, Afterwards afterwards = Afterwards::Restored);
   CancelSignals(const CancelSignals&) = delete;
   CancelSignals& operator=(const CancelSignals&) = delete;
   ~CancelSignals();
@@ -49,6 +53,7 @@ class CancelSignals {
   void arrive(int signal);
 
   CancelFlag& flag_;
+  Afterwards afterwards_;
   volatile std::sig_atomic_t noting_ = 0;
   volatile std::sig_atomic_t noted_[kSignalLimit] = {};
   volatile std::sig_atomic_t seen_[kSignalLimit] = {};
