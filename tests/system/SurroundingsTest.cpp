@@ -149,9 +149,10 @@ INSTANTIATE_TEST_SUITE_P(
     Namespaces, Surroundings,
     ::testing::Values(
         Surrounding{"FirstProcess",
-                    "unshare -pf true || exit 99; exec unshare -pf --mount-proc \"$0\" \"$@\""},
+                    "unshare -pf --mount-proc true || exit 99; "
+                    "exec unshare -pf --mount-proc \"$0\" \"$@\""},
         Surrounding{"SameProcessId",
-                    "unshare -pf true || exit 99; for i in 1 2 3 4; do "
+                    "unshare -pf --mount-proc true || exit 99; for i in 1 2 3 4; do "
                     "unshare -pf --mount-proc \"$0\" \"$@\" & p=\"$p $!\"; done; "
                     "for i in $p; do wait $i || s=$?; done; exit $s"},
         Surrounding{"NoProc",
